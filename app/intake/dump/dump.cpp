@@ -1,0 +1,34 @@
+#include "app/intake/dump/dump.h"
+
+#include <algorithm>
+
+namespace program {
+
+namespace {
+
+struct Kind {
+    const char* label;
+    void (*dump)(Dump& dump, const Dataset& dataset);
+};
+
+constexpr Kind kKinds[] = {
+    {"Coverage", dumpCoverage},
+};
+
+}  // namespace
+
+bool Dump::wants(std::string_view className) const {
+    return options_.classes.empty() ||
+           std::find(options_.classes.begin(), options_.classes.end(), className) !=
+               options_.classes.end();
+}
+
+void dump(const std::string& path, const DumpOptions& options, std::ostream& stream) {
+    const Dataset dataset = findDataset(path, options.kind);
+    Dump dump(stream, options);
+    for (const Kind& kind : kKinds) {
+        if (dataset.kind == kind.label) kind.dump(dump, dataset);
+    }
+}
+
+}  // namespace program

@@ -1,0 +1,39 @@
+// intake dump: every record of a dataset as JSON Lines (docs/dump-format.md).
+#ifndef APP_INTAKE_DUMP_DUMP_H
+#define APP_INTAKE_DUMP_DUMP_H
+
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "app/intake/dataset.h"
+#include "app/intake/json_line.h"
+
+namespace program {
+
+struct DumpOptions {
+    std::vector<std::string> classes;  // only these; all if empty
+    std::string kind;                  // what to take the dataset for, "" to find out
+};
+
+// Writes the dump of the dataset at a path. Throws a std::runtime_error for a path that is none.
+void dump(const std::string& path, const DumpOptions& options, std::ostream& stream);
+
+// Where the parts of a dump go, with the choice of classes.
+class Dump {
+  public:
+    Dump(std::ostream& stream, const DumpOptions& options) : output_(stream), options_(options) {}
+    bool wants(std::string_view className) const;
+    JsonOutput& output() { return output_; }
+
+  private:
+    JsonOutput output_;
+    const DumpOptions& options_;
+};
+
+// One routine for each kind of dataset, each in its own file, its dataset line first.
+void dumpCoverage(Dump& dump, const Dataset& dataset);
+
+}  // namespace program
+
+#endif

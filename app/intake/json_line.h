@@ -1,0 +1,85 @@
+// One object of JSON Lines, written as its fields come. Dumps of large datasets are made of
+// millions of these, so nothing is gathered in memory but the text that leaves.
+#ifndef APP_INTAKE_JSON_LINE_H
+#define APP_INTAKE_JSON_LINE_H
+
+#include <cstdint>
+#include <ostream>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace program {
+
+// Where the lines go. Written in large pieces, and when it goes out of scope.
+class JsonOutput {
+  public:
+    explicit JsonOutput(std::ostream& stream) : stream_(stream) {}
+    ~JsonOutput() { flush(); }
+    JsonOutput(const JsonOutput&) = delete;
+    JsonOutput& operator=(const JsonOutput&) = delete;
+    void flush();
+
+  private:
+    friend class JsonLine;
+    std::ostream& stream_;
+    std::string text_;
+};
+
+// Reals are printed in the shortest form that reads back to the same bits, with a point or an
+// exponent; NaN and infinite values as the texts "NaN", "Infinity", "-Infinity". A float is widened.
+// Texts lose their trailing blanks; one that is not UTF-8 is taken as Latin-1.
+class JsonLine {
+  public:
+    // Begins {"class":name.
+    JsonLine(JsonOutput& output, std::string_view className);
+    // Ends the line.
+    ~JsonLine();
+    JsonLine(const JsonLine&) = delete;
+    JsonLine& operator=(const JsonLine&) = delete;
+
+    // "key": with the value to follow by value, list or object.
+    JsonLine& key(std::string_view name);
+    template <class T>
+    JsonLine& field(std::string_view name, const T& value) {
+        key(name);
+        return this->value(value);
+    }
+
+    JsonLine& value(std::string_view text);
+    JsonLine& value(const std::string& text) { return value(std::string_view(text)); }
+    JsonLine& value(const char* text) { return value(std::string_view(text)); }
+    JsonLine& value(bool truth);
+    JsonLine& value(int32_t number) { return value(static_cast<int64_t>(number)); }
+    JsonLine& value(int16_t number) { return value(static_cast<int64_t>(number)); }
+    JsonLine& value(uint32_t number) { return value(static_cast<int64_t>(number)); }
+    JsonLine& value(int64_t number);
+    JsonLine& value(double number);
+    JsonLine& value(float number) { return value(static_cast<double>(number)); }
+    JsonLine& null();
+    template <class T>
+    JsonLine& value(std::span<const T> values) {
+        beginList();
+        for (const T& each : values) value(each);
+        return endList();
+    }
+    // Pairs x, y: [[x,y],...].
+    JsonLine& pairs(std::span<const double> values);
+
+    JsonLine& beginList();
+    JsonLine& endList();
+    JsonLine& beginObject();
+    JsonLine& endObject();
+
+  private:
+    void separate();
+    void quoted(std::string_view text);
+
+    JsonOutput& output_;
+    std::string& text_;
+    bool first_ = false;
+};
+
+}  // namespace program
+
+#endif

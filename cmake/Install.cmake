@@ -1,0 +1,19 @@
+# Installs the libraries, their C headers, the program, a CMake package and a pkg-config file.
+include(CMakePackageConfigHelpers)
+
+install(TARGETS intakedl qxbase qxfeat qxgridio intake_host EXPORT intakeTargets
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} ${CMAKE_INSTALL_INCLUDEDIR}/intake)
+install(FILES include/intakedl.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(DIRECTORY host DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/intake FILES_MATCHING PATTERN "*.h")
+install(EXPORT intakeTargets NAMESPACE intake:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/intake)
+
+configure_package_config_file(cmake/intakeConfig.cmake.in ${PROJECT_BINARY_DIR}/intakeConfig.cmake
+  INSTALL_DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/intake)
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/intakeConfigVersion.cmake
+  COMPATIBILITY SameMajorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/intakeConfig.cmake ${PROJECT_BINARY_DIR}/intakeConfigVersion.cmake
+  DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/intake)
+
+configure_file(cmake/intakedl.pc.in ${PROJECT_BINARY_DIR}/intakedl.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/intakedl.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

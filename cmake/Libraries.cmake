@@ -1,0 +1,49 @@
+# The importer, its companions, and the static core that tests and fuzz targets link.
+# Sources are found by folder: a new section is a new file, and nothing else.
+function(intake_sources variable)
+  set(found)
+  foreach(folder IN LISTS ARGN)
+    file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${folder}/*.cpp)
+    list(APPEND found ${sources})
+  endforeach()
+  set(${variable} ${found} PARENT_SCOPE)
+endfunction()
+
+# What a C or C++ program needs to call the companions and ImportFile.
+add_library(intake_host INTERFACE)
+target_include_directories(intake_host INTERFACE
+  $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>)
+
+intake_sources(store_sources companions/store)
+add_library(qxstore STATIC ${store_sources})
+target_link_libraries(qxstore PUBLIC intake_host PRIVATE intake_warnings)
+
+foreach(companion qxbase qxfeat qxgridio)
+  intake_sources(companion_sources companions/${companion})
+  add_library(${companion} SHARED ${companion_sources})
+  target_link_libraries(${companion} PUBLIC intake_host PRIVATE qxstore intake_warnings)
+  target_link_options(${companion} PRIVATE -Wl,--exclude-libs,ALL)
+  set_target_properties(${companion} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION 0)
+endforeach()
+target_link_libraries(qxfeat PRIVATE qxbase)
+target_link_libraries(qxgridio PRIVATE qxbase)
+
+intake_sources(stream_sources stream)
+add_library(intake_stream STATIC ${stream_sources})
+target_link_libraries(intake_stream PUBLIC intake_host qxbase PRIVATE intake_warnings)
+
+intake_sources(core_sources coverage coverage/spatial_index tables tin raster symbols plots)
+intake_sources(entry_sources entry)
+add_library(intake_entry OBJECT ${entry_sources})
+target_link_libraries(intake_entry PUBLIC intake_host PRIVATE intake_warnings)
+add_library(intake_core STATIC ${core_sources} $<TARGET_OBJECTS:intake_entry>)
+target_link_libraries(intake_core PUBLIC intake_stream qxfeat qxgridio ${CMAKE_DL_LIBS}
+                      PRIVATE intake_warnings)
+
+# libintakedl exports ImportFile and nothing else.
+add_library(intakedl SHARED $<TARGET_OBJECTS:intake_entry>)
+target_link_libraries(intakedl PUBLIC intake_host PRIVATE intake_core intake_warnings)
+target_link_options(intakedl PRIVATE
+  -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/intakedl.map -Wl,--no-undefined)
+set_target_properties(intakedl PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION 0
+  LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/intakedl.map)

@@ -1,0 +1,150 @@
+#include "host/qxbase/channels.h"
+
+#include <unistd.h>
+
+#include <cstdlib>
+
+#include "companions/qxbase/state.h"
+#include "companions/qxbase/text_channel.h"
+#include "companions/store/handle_table.h"
+#include "host/cpp/fixed_text.h"
+
+namespace {
+
+using qxbase::TextChannel;
+using qxbase::TextReader;
+using qxbase::TextWriter;
+
+constexpr int32_t kFailed = 1;
+constexpr int32_t kEndOfFile = -1;
+
+store::HandleTable<TextChannel> channels;
+
+std::string path(const char* name, int32_t length) {
+    return std::string(qx::textArgument(name, length));
+}
+
+void open(int32_t* channel, int32_t* status, TextChannel made) {
+    *channel = channels.add(std::make_unique<TextChannel>(std::move(made)));
+    *status = 0;
+}
+
+void write(const int32_t* channel, std::string_view text, bool endsLine, int32_t* status) {
+    TextChannel* found = channels.find(*channel);
+    *status = found && found->writer && found->writer->write(text, endsLine) ? 0 : kFailed;
+}
+
+}  // namespace
+
+namespace qxbase {
+
+void closeChannels() { channels.closeAll(); }
+
+}  // namespace qxbase
+
+void aopen_(int32_t* channel, const char* name, int32_t* status, int32_t nameLength) {
+    store::File file = store::File::read(path(name, nameLength));
+    if (!file.isOpen()) {
+        *status = kFailed;
+        return;
+    }
+    open(channel, status, {std::make_unique<TextReader>(std::move(file)), nullptr});
+}
+
+void acreat_(int32_t* channel, const char* name, int32_t* status, int32_t nameLength) {
+    store::File file =
+        store::File::create(path(name, nameLength), store::File::Creation::kAnew);
+    if (!file.isOpen()) {
+        *status = kFailed;
+        return;
+    }
+    open(channel, status, {nullptr, std::make_unique<TextWriter>(std::move(file))});
+}
+
+void aclose_(const int32_t* channel) { channels.close(*channel); }
+
+void aread_(const int32_t* channel, char* line, int32_t* count, int32_t* status,
+            int32_t lineLength) {
+    TextChannel* found = channels.find(*channel);
+    if (!found || !found->reader || lineLength < 0) {
+        *count = 0;
+        *status = kFailed;
+        return;
+    }
+    std::size_t characters = 0;
+    const auto result =
+        found->reader->read(line, static_cast<std::size_t>(lineLength), characters);
+    *count = static_cast<int32_t>(characters);
+    *status = result == TextReader::Result::kLine  ? 0
+              : result == TextReader::Result::kEnd ? kEndOfFile
+                                                   : kFailed;
+}
+
+void awrite_(const int32_t* channel, const char* text, int32_t* status, int32_t textLength) {
+    write(channel, qx::textArgument(text, textLength), true, status);
+}
+
+void aput_(const int32_t* channel, const char* text, int32_t* status, int32_t textLength) {
+    write(channel, {text, static_cast<std::size_t>(textLength < 0 ? 0 : textLength)}, false,
+          status);
+}
+
+void arewnd_(const int32_t* channel, int32_t* status) {
+    *status = kFailed;
+    TextChannel* found = channels.find(*channel);
+    if (!found) return;
+    if (found->writer) {
+        found->writer->flush();
+        store::File file = store::File::read(found->writer->path());
+        if (!file.isOpen()) return;
+        found->writer.reset();
+        found->reader = std::make_unique<TextReader>(std::move(file));
+    } else {
+        found->reader->rewind();
+    }
+    *status = 0;
+}
+
+void abytes_(const int32_t* channel, int64_t* bytes) {
+    TextChannel* found = channels.find(*channel);
+    *bytes = found && found->reader ? found->reader->bytesRead() : 0;
+}
+
+void adelet_(const char* name, int32_t* status, int32_t nameLength) {
+    *status = ::unlink(path(name, nameLength).c_str()) == 0 ? 0 : kFailed;
+}
+
+void aexist_(const char* name, int32_t* status, int32_t nameLength) {
+    *status = store::exists(path(name, nameLength)) ? 0 : kFailed;
+}
+
+void scrnam_(char* name, int32_t nameLength) {
+    static int32_t number = 0;
+    const char* directory = std::getenv("TMPDIR");
+    const std::string start = std::string(directory && *directory ? directory : "/tmp") +
+                              "/intake." + std::to_string(::getpid()) + ".";
+    std::string scratch;
+    do {
+        scratch = start + std::to_string(++number);
+    } while (store::exists(scratch));
+    qx::textResult(name, nameLength, scratch);
+}
+
+void iename_(char* name, const int32_t* mode, int32_t* status, int32_t nameLength) {
+    constexpr int32_t kReader = 2;
+    std::string volume = path(name, nameLength);
+    const auto digit = [&](std::size_t fromEnd) -> char& { return volume[volume.size() - fromEnd]; };
+    const auto isDigit = [](char character) { return character >= '0' && character <= '9'; };
+    *status = kFailed;
+    if (volume.size() < 2 || !isDigit(digit(1)) || !isDigit(digit(2))) return;
+    if (digit(1) == '9' && digit(2) == '9') return;
+    if (digit(1) == '9') {
+        digit(1) = '0';
+        ++digit(2);
+    } else {
+        ++digit(1);
+    }
+    qx::textResult(name, nameLength, volume);
+    const bool there = store::exists(volume);
+    *status = there == (*mode == kReader) ? 0 : kFailed;
+}

@@ -1,0 +1,117 @@
+#include "host/qxbase/messages.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <deque>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "companions/qxbase/state.h"
+#include "host/cpp/fixed_text.h"
+
+namespace {
+
+using qx::textArgument;
+
+// What error_ and fatal_ throw. ImportFile's guard takes every exception; this one has no content
+// because the message has been given by then.
+struct ImportEnded {};
+
+struct Host {
+    QxMessageSink sink = nullptr;
+    void* user = nullptr;
+};
+
+Host host;
+std::deque<std::string> values;
+std::vector<void (*)()> beforeUnwinding;
+
+std::string escaped(std::string_view text) {
+    constexpr char kDigits[] = "0123456789ABCDEF";
+    std::string result;
+    for (const char character : text) {
+        const auto code = static_cast<unsigned char>(character);
+        if (code < 32 || code == 127) {
+            result += "\\x";
+            result += kDigits[code >> 4];
+            result += kDigits[code & 15];
+        } else {
+            result += character;
+        }
+    }
+    return result;
+}
+
+// One pass over the text; what a value holds is not looked at again.
+std::string composed(std::string_view text) {
+    std::string result;
+    for (std::size_t index = 0; index < text.size();) {
+        const std::string_view rest = text.substr(index);
+        if (rest.size() >= 3 && rest[0] == '%' && rest[2] == '%' && rest[1] >= '1' &&
+            rest[1] <= '3') {
+            const auto which = static_cast<std::size_t>(rest[1] - '1');
+            if (which < values.size()) result += values[which];
+            index += 3;
+        } else if (rest.starts_with("/&")) {
+            result += '\n';
+            index += 2;
+        } else {
+            result += text[index++];
+        }
+    }
+    values.clear();
+    return result;
+}
+
+void give(int32_t level, const char* text, int32_t length) {
+    const std::string message = composed(textArgument(text, length));
+    if (host.sink) {
+        host.sink(level, message.c_str(), host.user);
+    } else {
+        std::fputs((message + '\n').c_str(), stderr);
+    }
+}
+
+[[noreturn]] void unwind() {
+    for (auto* function : beforeUnwinding) function();
+    qxbase::flushFiles();
+    throw ImportEnded{};
+}
+
+}  // namespace
+
+namespace qxbase {
+
+void clearMessages() { values.clear(); }
+
+}  // namespace qxbase
+
+void mesink_(QxMessageSink sink, void* user) { host = {sink, user}; }
+
+void meschr_(const char* text, const int32_t*, int32_t textLength) {
+    values.push_back(escaped(textArgument(text, textLength)));
+}
+
+void mesint_(const int32_t* value) { values.push_back(std::to_string(*value)); }
+
+void inform_(const char* text, const int32_t*, int32_t length) { give(QX_INFORM, text, length); }
+void warn_(const char* text, const int32_t*, int32_t length) { give(QX_WARN, text, length); }
+void nonftl_(const char* text, const int32_t*, int32_t length) { give(QX_NONFATAL, text, length); }
+
+void error_(const char* text, const int32_t*, int32_t length) {
+    give(QX_ERROR, text, length);
+    unwind();
+}
+
+void fatal_(const char* text, const int32_t*, int32_t length) {
+    give(QX_FATAL, text, length);
+    unwind();
+}
+
+void onunwC(void (*function)()) {
+    if (std::find(beforeUnwinding.begin(), beforeUnwinding.end(), function) ==
+        beforeUnwinding.end()) {
+        beforeUnwinding.push_back(function);
+    }
+}

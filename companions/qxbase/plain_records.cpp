@@ -1,0 +1,88 @@
+// Plain record files: the records alone.
+#include <memory>
+
+#include "companions/qxbase/state.h"
+#include "companions/store/file.h"
+#include "companions/store/handle_table.h"
+#include "host/cpp/fixed_text.h"
+#include "host/qxbase/records.h"
+
+namespace {
+
+using store::File;
+
+constexpr int32_t kFailed = 1;
+
+struct PlainRecordFile {
+    File file;
+    int32_t recordBytes;
+};
+
+store::HandleTable<PlainRecordFile> files;
+
+void add(int32_t* handle, int32_t* status, File file, int32_t recordBytes) {
+    if (!file.isOpen() || recordBytes < 1) {
+        *status = kFailed;
+        return;
+    }
+    *handle = files.add(std::make_unique<PlainRecordFile>(PlainRecordFile{std::move(file), recordBytes}));
+    *status = 0;
+}
+
+int64_t place(const PlainRecordFile& file, int32_t number) {
+    return (int64_t{number} - 1) * file.recordBytes;
+}
+
+}  // namespace
+
+namespace qxbase {
+
+void closePlainRecordFiles() { files.closeAll(); }
+
+}  // namespace qxbase
+
+void iexist_(const char* name, int32_t* status, int32_t nameLength) {
+    *status = store::exists(std::string(qx::textArgument(name, nameLength))) ? 0 : kFailed;
+}
+
+void icreat_(int32_t* handle, const char* name, const int32_t* recordBytes, int32_t* status,
+             int32_t nameLength) {
+    add(handle, status,
+        File::create(std::string(qx::textArgument(name, nameLength)), File::Creation::kMustBeNew),
+        *recordBytes);
+}
+
+void iopen_(int32_t* handle, const char* name, const int32_t* recordBytes, const int32_t* mode,
+            int32_t* status, int32_t nameLength) {
+    const std::string path(qx::textArgument(name, nameLength));
+    add(handle, status, *mode == 2 ? File::readWrite(path) : File::read(path), *recordBytes);
+}
+
+void iwrite_(const int32_t* handle, const void* record, const int32_t* recordBytes,
+             const int32_t* number, int32_t* status) {
+    PlainRecordFile* found = files.find(*handle);
+    const bool fits = found && *number >= 1 && *recordBytes == found->recordBytes;
+    *status = fits && found->file.writeAt(place(*found, *number),
+                                          {static_cast<const std::byte*>(record),
+                                           static_cast<std::size_t>(*recordBytes)})
+                  ? 0
+                  : kFailed;
+}
+
+void iread_(const int32_t* handle, void* record, const int32_t* recordBytes,
+            const int32_t* number, int32_t* status) {
+    PlainRecordFile* found = files.find(*handle);
+    const bool fits = found && *number >= 1 && *recordBytes == found->recordBytes;
+    *status = fits && found->file.readAt(place(*found, *number),
+                                         {static_cast<std::byte*>(record),
+                                          static_cast<std::size_t>(*recordBytes)}) == *recordBytes
+                  ? 0
+                  : kFailed;
+}
+
+void icount_(const int32_t* handle, int32_t* count) {
+    PlainRecordFile* found = files.find(*handle);
+    *count = found ? static_cast<int32_t>(found->file.size() / found->recordBytes) : 0;
+}
+
+void iclose_(const int32_t* handle) { files.close(*handle); }

@@ -1,0 +1,66 @@
+#include "companions/qxbase/text_channel.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "host/cpp/fixed_text.h"
+
+namespace qxbase {
+
+TextReader::TextReader(store::File file) : file_(std::move(file)) {
+    const int64_t size = std::max<int64_t>(file_.size(), 0);
+    // A small file needs a small block; one byte more shows its end at once.
+    block_.resize(static_cast<std::size_t>(
+        std::clamp<int64_t>(size + 1, 4096, static_cast<int64_t>(kBlockBytes))));
+}
+
+bool TextReader::refill() {
+    blockStart_ += static_cast<int64_t>(end_);
+    next_ = end_ = 0;
+    const int64_t count = file_.readAt(blockStart_, block_);
+    if (count < 0) failed_ = true;
+    if (count <= 0) return false;
+    end_ = static_cast<std::size_t>(count);
+    return true;
+}
+
+TextReader::Result TextReader::read(char* line, std::size_t length, std::size_t& count) {
+    count = 0;
+    if (next_ == end_ && !refill()) {
+        std::memset(line, ' ', length);
+        return failed_ ? Result::kFailed : Result::kEnd;
+    }
+    for (;;) {
+        const char* start = reinterpret_cast<const char*>(block_.data()) + next_;
+        const std::size_t left = end_ - next_;
+        const void* found = std::memchr(start, '\n', left);
+        const std::size_t size =
+            found ? static_cast<std::size_t>(static_cast<const char*>(found) - start) : left;
+        const std::size_t kept = std::min(size, length - count);
+        std::memcpy(line + count, start, kept);
+        count += kept;
+        next_ += size;
+        if (found) {
+            ++next_;
+            break;
+        }
+        // The line goes on in the next block, or ends with the file.
+        if (!refill()) break;
+    }
+    std::memset(line + count, ' ', length - count);
+    return failed_ ? Result::kFailed : Result::kLine;
+}
+
+void TextReader::rewind() {
+    blockStart_ = 0;
+    next_ = end_ = 0;
+    failed_ = false;
+}
+
+bool TextWriter::write(std::string_view text, bool endsLine) {
+    appender_.append(std::as_bytes(std::span(text)));
+    if (endsLine) *appender_.reserve(1) = std::byte{'\n'};
+    return !appender_.failed();
+}
+
+}  // namespace qxbase

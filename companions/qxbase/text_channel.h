@@ -1,0 +1,60 @@
+// One open text file: read by lines in large blocks, or written through a buffer.
+#ifndef COMPANIONS_QXBASE_TEXT_CHANNEL_H
+#define COMPANIONS_QXBASE_TEXT_CHANNEL_H
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "companions/store/appender.h"
+#include "companions/store/open_files.h"
+
+namespace qxbase {
+
+class TextReader {
+  public:
+    enum class Result { kLine, kEnd, kFailed };
+    static constexpr std::size_t kBlockBytes = 256 * 1024;
+
+    explicit TextReader(store::File file);
+
+    // The next line, cut or padded to length; count is what is in it of the line.
+    Result read(char* line, std::size_t length, std::size_t& count);
+    void rewind();
+    int64_t bytesRead() const { return blockStart_ + static_cast<int64_t>(next_); }
+
+  private:
+    bool refill();
+
+    store::File file_;
+    std::vector<std::byte> block_;
+    int64_t blockStart_ = 0;
+    std::size_t next_ = 0;
+    std::size_t end_ = 0;
+    bool failed_ = false;
+};
+
+class TextWriter : public store::Buffered {
+  public:
+    explicit TextWriter(store::File file) : appender_(std::move(file), 0) {}
+    ~TextWriter() override { flush(); }
+
+    bool write(std::string_view text, bool endsLine);
+    void flush() override { appender_.flush(); }
+    const std::string& path() const { return appender_.file().path(); }
+
+  private:
+    store::Appender appender_;
+};
+
+struct TextChannel {
+    std::unique_ptr<TextReader> reader;
+    std::unique_ptr<TextWriter> writer;
+};
+
+}  // namespace qxbase
+
+#endif

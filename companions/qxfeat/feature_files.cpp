@@ -1,0 +1,76 @@
+#include "companions/qxfeat/feature_files.h"
+
+#include "companions/qxfeat/state.h"
+
+namespace qxfeat {
+
+store::HandleTable<FeatureFile>& featureFiles() {
+    static store::HandleTable<FeatureFile> files;
+    return files;
+}
+
+void closeFeatures() { featureFiles().closeAll(); }
+
+void enterWriter(int32_t* handle, int32_t* status, std::unique_ptr<store::RecordWriter> writer) {
+    *status = kFailed;
+    if (!writer) return;
+    *handle = featureFiles().add(
+        std::make_unique<FeatureFile>(FeatureFile{std::move(writer), nullptr}));
+    *status = kSuccess;
+}
+
+void enterReader(int32_t* handle, int32_t* status, std::unique_ptr<store::RecordReader> reader) {
+    *status = kFailed;
+    if (!reader) return;
+    *handle = featureFiles().add(
+        std::make_unique<FeatureFile>(FeatureFile{nullptr, std::move(reader)}));
+    *status = kSuccess;
+}
+
+store::RecordWriter* findWriter(const int32_t* handle) {
+    const FeatureFile* file = featureFiles().find(*handle);
+    return file ? file->writer.get() : nullptr;
+}
+
+store::RecordReader* findReader(const int32_t* handle) {
+    const FeatureFile* file = featureFiles().find(*handle);
+    return file ? file->reader.get() : nullptr;
+}
+
+void countRecords(const int32_t* handle, int32_t* count) {
+    store::RecordReader* reader = findReader(handle);
+    *count = reader ? static_cast<int32_t>(reader->count()) : 0;
+}
+
+void goToRecord(const int32_t* handle, const int32_t* record, int32_t* status) {
+    store::RecordReader* reader = findReader(handle);
+    *status = reader && reader->seek(*record) ? kSuccess : kFailed;
+}
+
+std::byte* putCoordinates(std::byte* place, std::span<const double> values, int32_t bytes) {
+    if (bytes == 8) {
+        store::putAll(place, values);
+    } else {
+        std::byte* each = place;
+        for (const double value : values) {
+            store::put(each, static_cast<float>(value));
+            each += sizeof(float);
+        }
+    }
+    return place + values.size() * static_cast<std::size_t>(bytes);
+}
+
+const std::byte* getCoordinates(const std::byte* place, std::span<double> values, int32_t bytes) {
+    if (bytes == 8) {
+        store::getAll(place, values);
+    } else {
+        const std::byte* each = place;
+        for (double& value : values) {
+            value = store::get<float>(each);
+            each += sizeof(float);
+        }
+    }
+    return place + values.size() * static_cast<std::size_t>(bytes);
+}
+
+}  // namespace qxfeat

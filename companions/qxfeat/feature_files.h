@@ -1,0 +1,50 @@
+// The open files of features, of all kinds in one table.
+#ifndef COMPANIONS_QXFEAT_FEATURE_FILES_H
+#define COMPANIONS_QXFEAT_FEATURE_FILES_H
+
+#include <cstdint>
+#include <memory>
+#include <span>
+
+#include "companions/store/handle_table.h"
+#include "companions/store/record_file.h"
+#include "companions/store/words.h"
+
+namespace qxfeat {
+
+// Statuses of opening and reading.
+inline constexpr int32_t kSuccess = 0;
+inline constexpr int32_t kFailed = -1;
+inline constexpr int32_t kEnd = -1;
+inline constexpr int32_t kNoRoom = 1;
+
+struct FeatureFile {
+    std::unique_ptr<store::RecordWriter> writer;
+    std::unique_ptr<store::RecordReader> reader;
+
+    int32_t coordinateBytes() const {
+        return writer ? writer->header().realBytes : reader->header().realBytes;
+    }
+};
+
+store::HandleTable<FeatureFile>& featureFiles();
+
+// Enters a file and gives its handle and status 0, or with null status kFailed and no handle.
+void enterWriter(int32_t* handle, int32_t* status, std::unique_ptr<store::RecordWriter> writer);
+void enterReader(int32_t* handle, int32_t* status, std::unique_ptr<store::RecordReader> reader);
+
+// The writer or reader of a handle; null for any other number.
+store::RecordWriter* findWriter(const int32_t* handle);
+store::RecordReader* findReader(const int32_t* handle);
+
+// What every kind of feature has: the number of its records, and going to one of them.
+void countRecords(const int32_t* handle, int32_t* count);
+void goToRecord(const int32_t* handle, const int32_t* record, int32_t* status);
+
+// Coordinates in the file's precision.
+std::byte* putCoordinates(std::byte* place, std::span<const double> values, int32_t bytes);
+const std::byte* getCoordinates(const std::byte* place, std::span<double> values, int32_t bytes);
+
+}  // namespace qxfeat
+
+#endif

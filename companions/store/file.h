@@ -1,0 +1,50 @@
+// A file of the operating system, closed when it goes out of scope.
+#ifndef COMPANIONS_STORE_FILE_H
+#define COMPANIONS_STORE_FILE_H
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+
+namespace store {
+
+class File {
+  public:
+    File() = default;
+    File(File&& other) noexcept;
+    File& operator=(File&& other) noexcept;
+    ~File();
+
+    enum class Creation { kAnew, kMustBeNew, kKeep };
+
+    // Open a file; on failure the result is not open and errno tells why. A path that names a
+    // symbolic link is not followed when a file is created.
+    static File read(const std::string& path);
+    static File readWrite(const std::string& path);
+    static File create(const std::string& path, Creation creation);
+
+    bool isOpen() const { return descriptor_ >= 0; }
+    const std::string& path() const { return path_; }
+    int64_t size() const;
+
+    // Bytes read from a position: fewer than asked for at the end of the file, -1 on failure.
+    int64_t readAt(int64_t position, std::span<std::byte> bytes) const;
+    // Writes all bytes at a position. A failure is remembered (see failures.h).
+    bool writeAt(int64_t position, std::span<const std::byte> bytes);
+    bool truncate(int64_t size);
+    void close();
+
+  private:
+    int descriptor_ = -1;
+    std::string path_;
+};
+
+// Makes a directory; false if it is there already or cannot be made.
+bool makeDirectory(const std::string& path);
+bool exists(const std::string& path);
+bool isDirectory(const std::string& path);
+
+}  // namespace store
+
+#endif

@@ -1,0 +1,114 @@
+// Record files with a header: how features, lists and indexes of a dataset are stored.
+//
+// The file begins with a header of 128 bytes that names what it is. Fixed records follow one
+// another; records of any length are each led by their length in bytes as a 32-bit integer.
+// The header's record count is -1 while a file is being written; it is put right whenever the file
+// is flushed or closed, and a reader that finds -1 counts the records itself.
+#ifndef COMPANIONS_STORE_RECORD_FILE_H
+#define COMPANIONS_STORE_RECORD_FILE_H
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "companions/store/appender.h"
+#include "companions/store/open_files.h"
+
+namespace store {
+
+struct RecordHeader {
+    static constexpr std::size_t kBytes = 128;
+    static constexpr std::size_t kHostBytes = 36;
+    static constexpr std::size_t kLabelBytes = 32;
+
+    int32_t code = 0;                // what the file is: its file code
+    std::array<int32_t, 3> kept{};   // three integers that the creator gave
+    int32_t recordBytes = 0;         // bytes in a record, 0 for records of any length
+    int32_t realBytes = 8;           // bytes of a coordinate: 4 single, 8 double precision
+    int64_t count = -1;              // records, -1 while the file is being written
+    int32_t hostBytes = 0;           // how much of host is set
+    std::array<std::byte, kHostBytes> host{};
+    std::string label;               // the subclass, at most 32 bytes
+
+    std::array<std::byte, kBytes> bytes() const;
+    // False if the bytes are no such header.
+    static bool parse(std::span<const std::byte, kBytes> bytes, RecordHeader& header);
+};
+
+class RecordWriter : public Buffered {
+  public:
+    // Creates the file anew, or with append goes on behind the records of an existing one, whose
+    // header then counts. Null on failure.
+    static std::unique_ptr<RecordWriter> create(const std::string& path,
+                                                const RecordHeader& header, bool append = false);
+    ~RecordWriter() override { close(); }
+
+    const RecordHeader& header() const { return header_; }
+    int64_t count() const { return count_; }
+    bool failed() const { return appender_.failed(); }
+
+    // Room for the next record, to be filled before any other call. In a file of fixed records
+    // bytes is the length of one.
+    std::byte* append(std::size_t bytes) {
+        ++count_;
+        if (header_.recordBytes != 0) return appender_.reserve(bytes);
+        std::byte* place = appender_.reserve(bytes + 4);
+        putLength(place, bytes);
+        return place + 4;
+    }
+    // Overwrites a record of a file of fixed records that was written before.
+    bool overwrite(int64_t number, std::span<const std::byte> bytes);
+    void setHost(std::span<const std::byte> bytes);
+    void flush() override;
+    void close();
+
+  private:
+    RecordWriter(File file, int64_t position, RecordHeader header);
+    static void putLength(std::byte* place, std::size_t bytes);
+    void writeHeader();
+
+    Appender appender_;
+    RecordHeader header_;
+    int64_t count_;
+};
+
+class RecordReader {
+  public:
+    static std::unique_ptr<RecordReader> open(const std::string& path);
+
+    const RecordHeader& header() const { return header_; }
+    // Records in the file; counts them if the header does not say.
+    int64_t count();
+    // The next record, good until the next call; false at the end. What a damaged or cut file
+    // claims beyond its end is not there.
+    bool next(std::span<const std::byte>& record);
+    // Makes the record of a number from 1 the next one; false if there is none.
+    bool seek(int64_t number);
+    // Number of the record that next gave last, 0 before the first.
+    int64_t number() const { return number_; }
+
+  private:
+    RecordReader(File file, RecordHeader header);
+    // Bytes from the position on, at least the wanted number; empty if the file has fewer.
+    std::span<const std::byte> window(int64_t position, std::size_t bytes);
+    void findRecords();
+
+    File file_;
+    RecordHeader header_;
+    int64_t size_;
+    int64_t position_ = RecordHeader::kBytes;
+    int64_t number_ = 0;
+    bool counted_ = false;
+    std::vector<std::byte> buffer_;
+    int64_t bufferStart_ = 0;
+    std::size_t bufferUsed_ = 0;
+    std::vector<int64_t> places_;  // of each record of any length, once one was sought
+};
+
+}  // namespace store
+
+#endif

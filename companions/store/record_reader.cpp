@@ -1,0 +1,111 @@
+#include <algorithm>
+#include <cstring>
+
+#include "companions/store/record_file.h"
+#include "companions/store/words.h"
+
+namespace store {
+
+namespace {
+
+constexpr std::size_t kWindowBytes = 256 * 1024;
+
+}  // namespace
+
+RecordReader::RecordReader(File file, RecordHeader header)
+    : file_(std::move(file)), header_(std::move(header)), size_(file_.size()) {}
+
+std::unique_ptr<RecordReader> RecordReader::open(const std::string& path) {
+    File file = File::read(path);
+    if (!file.isOpen()) return nullptr;
+    std::array<std::byte, RecordHeader::kBytes> bytes;
+    RecordHeader header;
+    if (file.readAt(0, bytes) != static_cast<int64_t>(bytes.size())) return nullptr;
+    if (!RecordHeader::parse(bytes, header)) return nullptr;
+    return std::unique_ptr<RecordReader>(new RecordReader(std::move(file), header));
+}
+
+std::span<const std::byte> RecordReader::window(int64_t position, std::size_t bytes) {
+    const int64_t left = size_ - position;
+    if (left < static_cast<int64_t>(bytes)) return {};
+    const bool inside = position >= bufferStart_ &&
+                        position + static_cast<int64_t>(bytes) <=
+                            bufferStart_ + static_cast<int64_t>(bufferUsed_);
+    if (!inside) {
+        const std::size_t wanted = std::max(bytes, kWindowBytes);
+        const auto fill = static_cast<std::size_t>(
+            std::min(left, static_cast<int64_t>(wanted)));
+        if (buffer_.size() < fill) buffer_.resize(fill);
+        const int64_t count = file_.readAt(position, {buffer_.data(), fill});
+        bufferStart_ = position;
+        bufferUsed_ = count < 0 ? 0 : static_cast<std::size_t>(count);
+        if (bufferUsed_ < bytes) return {};
+    }
+    return {buffer_.data() + (position - bufferStart_), bytes};
+}
+
+bool RecordReader::next(std::span<const std::byte>& record) {
+    if (header_.count >= 0 && number_ >= header_.count) return false;
+    std::size_t bytes = static_cast<std::size_t>(header_.recordBytes);
+    int64_t place = position_;
+    if (bytes == 0) {
+        const auto length = window(place, 4);
+        if (length.empty()) return false;
+        const auto value = get<int32_t>(length.data());
+        if (value < 0) return false;
+        bytes = static_cast<std::size_t>(value);
+        place += 4;
+    }
+    if (size_ - place < static_cast<int64_t>(bytes)) return false;
+    record = bytes == 0 ? std::span<const std::byte>() : window(place, bytes);
+    if (record.size() != bytes) return false;
+    position_ = place + static_cast<int64_t>(bytes);
+    ++number_;
+    return true;
+}
+
+int64_t RecordReader::count() {
+    if (counted_ || header_.count >= 0) {
+        // A count that the file cannot hold is not believed.
+        const int64_t least = header_.recordBytes != 0 ? header_.recordBytes : 4;
+        const int64_t room = (size_ - static_cast<int64_t>(RecordHeader::kBytes)) / least;
+        header_.count = std::min(header_.count, std::max<int64_t>(room, 0));
+        return header_.count;
+    }
+    if (header_.recordBytes != 0) {
+        header_.count = (size_ - static_cast<int64_t>(RecordHeader::kBytes)) / header_.recordBytes;
+    } else {
+        findRecords();
+        header_.count = static_cast<int64_t>(places_.size());
+    }
+    counted_ = true;
+    return header_.count;
+}
+
+void RecordReader::findRecords() {
+    int64_t place = RecordHeader::kBytes;
+    while (header_.count < 0 || static_cast<int64_t>(places_.size()) < header_.count) {
+        const auto length = window(place, 4);
+        if (length.empty()) return;
+        const auto bytes = get<int32_t>(length.data());
+        if (bytes < 0 || size_ - place - 4 < bytes) return;
+        places_.push_back(place);
+        place += 4 + static_cast<int64_t>(bytes);
+    }
+}
+
+bool RecordReader::seek(int64_t number) {
+    if (number < 1 || number > count()) return false;
+    if (header_.recordBytes != 0) {
+        position_ = static_cast<int64_t>(RecordHeader::kBytes) +
+                    (number - 1) * static_cast<int64_t>(header_.recordBytes);
+    } else if (number != number_ + 1) {
+        if (places_.empty()) findRecords();
+        if (number > static_cast<int64_t>(places_.size())) return false;
+        position_ = places_[static_cast<std::size_t>(number - 1)];
+    }
+    number_ = number - 1;
+    return true;
+}
+
+}  // namespace store

@@ -1,0 +1,75 @@
+#include <algorithm>
+
+#include "companions/store/record_file.h"
+#include "companions/store/words.h"
+
+namespace store {
+
+RecordWriter::RecordWriter(File file, int64_t position, RecordHeader header)
+    : appender_(std::move(file), position), header_(std::move(header)), count_(header_.count) {}
+
+std::unique_ptr<RecordWriter> RecordWriter::create(const std::string& path,
+                                                   const RecordHeader& header, bool append) {
+    if (append && exists(path)) {
+        auto reader = RecordReader::open(path);
+        if (!reader) return nullptr;
+        RecordHeader kept = reader->header();
+        kept.count = reader->count();
+        // A record that a failure cut short is overwritten by the next one.
+        std::span<const std::byte> record;
+        int64_t end = RecordHeader::kBytes;
+        if (kept.recordBytes != 0) {
+            end += kept.count * kept.recordBytes;
+        } else {
+            while (reader->next(record)) end += 4 + static_cast<int64_t>(record.size());
+        }
+        File file = File::readWrite(path);
+        if (!file.isOpen()) return nullptr;
+        std::unique_ptr<RecordWriter> writer(new RecordWriter(std::move(file), end, kept));
+        return writer;
+    }
+    File file = File::create(path, File::Creation::kAnew);
+    if (!file.isOpen()) return nullptr;
+    RecordHeader fresh = header;
+    fresh.count = 0;
+    std::unique_ptr<RecordWriter> writer(
+        new RecordWriter(std::move(file), RecordHeader::kBytes, fresh));
+    writer->header_.count = -1;
+    writer->writeHeader();
+    return writer;
+}
+
+void RecordWriter::putLength(std::byte* place, std::size_t bytes) {
+    put(place, static_cast<int32_t>(bytes));
+}
+
+bool RecordWriter::overwrite(int64_t number, std::span<const std::byte> bytes) {
+    appender_.flush();
+    const int64_t position = static_cast<int64_t>(RecordHeader::kBytes) +
+                             (number - 1) * static_cast<int64_t>(header_.recordBytes);
+    return appender_.file().writeAt(position, bytes);
+}
+
+void RecordWriter::setHost(std::span<const std::byte> bytes) {
+    const std::size_t kept = std::min(bytes.size(), RecordHeader::kHostBytes);
+    std::copy_n(bytes.begin(), kept, header_.host.begin());
+    header_.hostBytes = static_cast<int32_t>(kept);
+}
+
+void RecordWriter::writeHeader() { appender_.file().writeAt(0, header_.bytes()); }
+
+void RecordWriter::flush() {
+    appender_.flush();
+    // After a failed write the count is for a reader to find out.
+    header_.count = appender_.failed() ? -1 : count_;
+    writeHeader();
+    header_.count = -1;
+}
+
+void RecordWriter::close() {
+    if (!appender_.file().isOpen()) return;
+    flush();
+    appender_.file().close();
+}
+
+}  // namespace store

@@ -1,0 +1,38 @@
+// A record with a fixed front and a tail that grows as lines arrive, in one run of memory as the
+// writer operations want it. What a count claims costs nothing; what was read is kept.
+#ifndef COVERAGE_GROWING_RECORD_H
+#define COVERAGE_GROWING_RECORD_H
+
+#include <cstddef>
+#include <cstring>
+#include <new>
+#include <type_traits>
+#include <vector>
+
+namespace intake {
+
+template <class Front, class Element>
+class GrowingRecord {
+    static_assert(std::is_trivially_copyable_v<Front> && std::is_trivially_copyable_v<Element>);
+    static_assert(sizeof(Front) % alignof(Element) == 0);
+
+  public:
+    GrowingRecord() : bytes_(sizeof(Front)) { front() = {}; }
+
+    Front& front() { return *std::launder(reinterpret_cast<Front*>(bytes_.data())); }
+    void clearTail() { bytes_.resize(sizeof(Front)); }
+    void add(const Element& element) {
+        const std::size_t end = bytes_.size();
+        bytes_.resize(end + sizeof(Element));
+        std::memcpy(bytes_.data() + end, &element, sizeof(Element));
+    }
+    const void* data() const { return bytes_.data(); }
+
+  private:
+    // Memory of the default allocator is aligned for any number.
+    std::vector<std::byte> bytes_;
+};
+
+}  // namespace intake
+
+#endif

@@ -1,0 +1,142 @@
+#include "entry/import_driver.h"
+
+#include "coverage/sections.h"
+#include "entry/import_state.h"
+#include "entry/section_table.h"
+#include "host/qxbase.h"
+#include "host/qxfeat.h"
+#include "stream/format.h"
+#include "stream/reader.h"
+#include "stream/report.h"
+#include "stream/section_codes.h"
+#include "stream/section_header.h"
+
+namespace intake {
+
+namespace {
+
+constexpr std::array<int32_t, 3> kPrecisionCodes = {kOldest, kSingle, kDouble};
+
+// Process-wide, so that an import that is unwound leaves its scratch list to be found.
+ImportState import;
+
+void setPrecision(bool doublePrecision) { doublePrecision ? c64bit_() : c32bit_(); }
+
+// The precision of the first section decides that of the coverage for the whole file.
+void createCoverage() {
+    constexpr int32_t kPrecisionSetting = 2;
+    constexpr int32_t kDoubleSetting = 2;
+    const int32_t setting = call(cval_, kPrecisionSetting);
+    setPrecision(import.SECPRC == kDouble);
+    Status status = kSuccess;
+    call(ccreat_, import.DSNAME, status);
+    setPrecision(setting == kDoubleSetting);
+    if (status != kSuccess) error("Unable to create coverage.");
+}
+
+// False if the kind that was asked for does not go with the file.
+bool settleKind(int32_t kind, const SectionRow& row) {
+    if (kind != kNoKind && kind != row.kind) {
+        nonftl("%1% option is not allowed with importing %2% E00 file", kindLabel(kind),
+               kindLabel(row.kind));
+        call(aclose_, reader.IMPUNT);
+        return false;
+    }
+    import.IMPKND = kind;
+    if (kind == kNoKind) {
+        import.IMPKND = row.kind;
+        inform(" Creating %1% %2%", kindLabel(row.kind), import.DSNAME);
+    }
+    return true;
+}
+
+void tellSection(QxProgressEvent event, std::string_view code, int64_t lines) {
+    int64_t bytes = 0;
+    call(abytes_, reader.IMPUNT, bytes);
+    call(prgtel_, static_cast<int32_t>(event), code, lines, bytes);
+}
+
+// The section's routine, with the word to the host before and after it.
+void runRoutine(const SectionRow& row) {
+    const int64_t start = reader.logicalLines;
+    tellSection(QX_SECTION_BEGINS, row.code, 0);
+    if (row.run) {
+        row.run(import);
+    } else {
+        warn("Section %1% is not imported by this version and is passed over.", row.code);
+    }
+    tellSection(QX_SECTION_ENDS, row.code, reader.logicalLines - start);
+}
+
+enum class Step { kNext, kFinish };
+
+Step dispatch(const SectionRow& row) {
+    runRoutine(row);
+    return row.after == After::kEnd ? Step::kFinish : Step::kNext;
+}
+
+// Reads section after section until one ends the import. False if the kind was refused.
+bool runSections(int32_t kind) {
+    for (;;) {
+        IMPHDR(import.SECNUM, kSingle, kPrecisionCodes, import.SECPRC);
+        if (reader.NOHEAD == 1 && import.PRCHNT != 0) {
+            import.HDRPRC = import.SECPRC;
+            import.SECPRC = import.PRCHNT;
+        }
+        const SectionRow* row = findSectionRow(import.SECNUM);
+        if (!row) fatal("Illegal section header (IMPSUB)");
+        if (import.IMPFST) {
+            if (!settleKind(kind, *row)) return false;
+            import.IMPFST = false;
+            if (import.IMPKND == kCoverage) createCoverage();
+        }
+        const bool raster = import.IMPKND == kGrid || import.IMPKND == kStack;
+        import.INFKND = raster ? kCoverage : import.IMPKND;
+        import.IMPSTS = kSuccess;
+        if (import.SECNUM == kEndOfFileSection) return true;
+        const bool tableSection = row->code == "IFO" || row->code == "IMD";
+        if (import.IMPKND == kInfoDatafile && !tableSection) continue;
+        if (dispatch(*row) == Step::kFinish) return true;
+    }
+}
+
+void finish() {
+    if (import.INSTCK) {
+        call(aclose_, import.STKUNT);
+        // Its status replaces that of the last section. Stays.
+        call(adelet_, import.STKNAM, import.IMPSTS);
+    }
+    call(aclose_, reader.IMPUNT);
+    if (import.IMPSTS != kSuccess) error("Error in importing");
+}
+
+}  // namespace
+
+void IMPSUB(std::string_view dataset, std::string_view file, const int32_t& kind) {
+    if (dataset.size() > Name::kLength) fatal("Dataset name is too long (IMPSUB)");
+    import.DSNAME = import.targetName = dataset;
+    reader.IMPNAM = reader.firstVolume = file;
+    if (static_cast<uint32_t>(kind) > kHighestKind) fatal("BAD TYPE CODE (IMPSUB)");
+    // A path that does not fit is a file that does not open, never another file.
+    Status status = kReported;
+    if (file.size() <= Name::kLength) call(aopen_, reader.IMPUNT, reader.IMPNAM, status);
+    if (status != kSuccess) error("Could not open import file..");
+    RDVER(reader.IMPUNT);
+    IMPPRC(import.PRCHNT);
+    if (runSections(kind)) finish();
+}
+
+void rearmImport() {
+    import = {};
+    reader = {};
+}
+
+void releaseImport() {
+    if (import.STKUNT != 0) {
+        Status status = kSuccess;
+        call(aclose_, import.STKUNT);
+        call(adelet_, import.STKNAM, status);
+    }
+}
+
+}  // namespace intake

@@ -1,0 +1,93 @@
+#include "entry/section_table.h"
+
+#include "coverage/sections.h"
+#include "stream/section_codes.h"
+
+namespace intake {
+
+namespace {
+
+// Routines that take the section's precision, and those that take nothing between name and status.
+template <auto routine>
+void withPrecision(ImportState& import) {
+    routine(import.DSNAME, import.SECPRC, import.IMPSTS);
+}
+template <auto routine>
+void plain(ImportState& import) {
+    routine(import.DSNAME, import.IMPSTS);
+}
+
+constexpr auto kNext = After::kNext;
+constexpr auto kEnd = After::kEnd;
+
+constexpr std::array<SectionRow, 47> kRows = {{
+    {"ARC", kCoverage, kNext, withPrecision<IMPARC>},
+    {"LAB", kCoverage, kNext, nullptr},
+    {"PAL", kCoverage, kNext, nullptr},
+    {"PFF", kCoverage, kNext, nullptr},
+    {"CNT", kCoverage, kNext, nullptr},
+    {"TOL", kCoverage, kNext, nullptr},
+    {"TXT", kCoverage, kNext, nullptr},
+    {"IFO", kInfoDatafile, kNext, nullptr},
+    {"ASC", kTextFile, kEnd, nullptr},
+    {"LNK", kCoverage, kNext, nullptr},
+    {"ADP", kCoverage, kNext, nullptr},
+    {"ADI", kCoverage, kNext, nullptr},
+    {"PLT", kPlotFile, kEnd, nullptr},
+    {"ENV", kTin, kNext, nullptr},
+    {"NXY", kTin, kNext, nullptr},
+    {"NZ", kTin, kNext, nullptr},
+    {"NOD", kTin, kNext, nullptr},
+    {"EDG", kTin, kNext, nullptr},
+    {"HUL", kTin, kNext, nullptr},
+    {"NID", kTin, kNext, nullptr},
+    {"LAT", kLattice, kEnd, nullptr},
+    {"FNT", kFontFile, kEnd, nullptr},
+    {"CLN", kLinesetFile, kEnd, nullptr},
+    {"CMK", kMarkersetFile, kEnd, nullptr},
+    {"CSH", kShadesetFile, kEnd, nullptr},
+    {"CTX", kTextsetFile, kEnd, nullptr},
+    {"MAP", kMap, kEnd, nullptr},
+    {"SIN", kCoverage, kNext, nullptr},
+    {"LOG", kCoverage, kNext, nullptr},
+    {"PRJ", kCoverage, kNext, nullptr},
+    {"TMK", kTin, kNext, nullptr},
+    {"GRD", kGrid, kNext, nullptr},
+    {"TX6", kCoverage, kNext, nullptr},
+    {"CS6", kShadesetFile, kEnd, nullptr},
+    {"CL6", kLinesetFile, kEnd, nullptr},
+    {"CM6", kMarkersetFile, kEnd, nullptr},
+    {"STK", kStack, kNext, nullptr},
+    {"CL7", kLinesetFile, kEnd, nullptr},
+    {"CM7", kMarkersetFile, kEnd, nullptr},
+    {"CT7", kTextsetFile, kEnd, nullptr},
+    // Alone among the symbol sets this one goes on to the next section. Stays.
+    {"CS7", kShadesetFile, kNext, nullptr},
+    {"RXP", kCoverage, kNext, nullptr},
+    {"RPL", kCoverage, kNext, nullptr},
+    {"EOS", kNoKind, kEnd, nullptr},
+    {"TX7", kCoverage, kNext, nullptr},
+    {"MTD", kCoverage, kNext, nullptr},
+    {"IMD", kCoverage, kNext, nullptr},
+}};
+
+constexpr bool inOrderOfCodes() {
+    for (std::size_t row = 0; row < kRows.size(); ++row) {
+        if (!kSectionCodes[row].keyword.starts_with(kRows[row].code)) return false;
+    }
+    return true;
+}
+static_assert(inOrderOfCodes());
+
+}  // namespace
+
+const SectionRow* findSectionRow(int32_t number) {
+    for (std::size_t row = 0; row < kRows.size(); ++row) {
+        if (kSectionCodes[row].number == number) return &kRows[row];
+    }
+    return nullptr;
+}
+
+const std::array<SectionRow, 47>& sectionTable() { return kRows; }
+
+}  // namespace intake

@@ -1,0 +1,25 @@
+/* Directories and the state of the process and of new coverages. */
+#ifndef HOST_QXBASE_DIRECTORIES_H
+#define HOST_QXBASE_DIRECTORIES_H
+
+#include "host/qx_api.h"
+
+QX_BEGIN
+
+/* Creates a directory. status not 0 if it could not be made or is there already. */
+QX_API void dcreat_(const char* directory, int32_t* status, int32_t directoryLength);
+
+/* The current directory of the process. */
+QX_API void dget_(char* directory, int32_t directoryLength);
+
+/* Enters a directory and remembers the old one; dpop_ returns to it. */
+QX_API void dpush_(const char* directory, int32_t* status, int32_t directoryLength);
+QX_API void dpop_(void);
+
+/* Creates the INFO directory of a workspace: that of the directory which holds the given path.
+ * Does nothing if it is there. */
+QX_API void creift_(const char* path, int32_t* status, int32_t pathLength);
+
+QX_END
+
+#endif

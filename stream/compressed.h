@@ -1,0 +1,34 @@
+// The compressed form: blanks in runs, digits packed two to a character, logical lines that run on
+// through physical lines and end at "~}".
+#ifndef STREAM_COMPRESSED_H
+#define STREAM_COMPRESSED_H
+
+#include <cstdint>
+#include <span>
+
+#include "stream/types.h"
+
+namespace intake {
+
+inline constexpr std::size_t kCompressedLength = 302;
+using CompressedLine = FixedText<kCompressedLength>;
+
+// Expands one logical line, its end mark taken off, into line, padded with blanks or cut; count is
+// the length of what is there without the padding. Any text is taken: bad text gives bad fields.
+void DCMLIN(const CompressedLine& work, std::span<char> line, int32_t& count);
+
+// Compresses a line at level 1 (blanks and "~" only) or 2 (numbers too). count is the length of the
+// result, which is cut where it does not fit.
+void CMPLIN(std::span<const char> line, int32_t level, CompressedLine& work, int32_t& count);
+
+// The writing side. The state says how: EXPCMP 0 for the plain form, 1 or 2 for the level of the
+// compressed one; EXPVER for the version in the header; IMPNAM the first volume; VOLMAX the lines
+// in a volume. EXPLIN writes one logical line, EXPFLS what is still in the buffer, EXPCOM one
+// physical line, beginning the file or a new volume where it is due. All failures are fatal.
+void EXPLIN(std::span<const char> line);
+void EXPFLS();
+void EXPCOM(std::span<const char> line);
+
+}  // namespace intake
+
+#endif

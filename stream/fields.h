@@ -1,0 +1,44 @@
+// The rules of an integer, a real and a logical field of a fixed-column line.
+//
+// Integer: blanks anywhere count for nothing; what is left is an optional sign and digits, or
+// nothing, which is 0.
+// Real: blanks out; an optional sign and digits with an optional point, then optionally an
+// exponent: E, D, e or d with an optional sign and digits, or a sign and digits alone (1.5+03).
+// Without a point the last `decimals` digits are the fraction. Without an exponent the value is
+// shifted down by `scale` powers of ten. The decimal value is formed exactly and rounded once.
+// NaN, Inf and Infinity stand for themselves in a whole field; blank is 0.
+// Logical: the first character that is not blank is T, t, F or f; blank is false. A leading point
+// is allowed (.TRUE.).
+//
+// None of it depends on the locale or allocates.
+#ifndef STREAM_FIELDS_H
+#define STREAM_FIELDS_H
+
+#include <cstdint>
+#include <string_view>
+
+namespace intake {
+
+// False if the field breaks the rule or the value does not fit; value is then untouched.
+bool parseInteger(std::string_view field, int64_t& value);
+bool parseInteger(std::string_view field, int32_t& value);
+bool parseInteger(std::string_view field, int16_t& value);
+bool parseReal(std::string_view field, int decimals, int scale, double& value);
+bool parseLogical(std::string_view field, bool& value);
+
+// Ends the import with the one message for a field that cannot be read: the text, its columns
+// (from 1) and the line of the file that was read last.
+[[noreturn]] void failedField(std::string_view field, std::size_t firstColumn);
+
+// A field at a place of a line, for formats that are only known at run time.
+template <class T>
+T integerField(std::string_view field, std::size_t firstColumn) {
+    T value{};
+    if (!parseInteger(field, value)) failedField(field, firstColumn);
+    return value;
+}
+double realField(std::string_view field, std::size_t firstColumn, int decimals, int scale = 1);
+
+}  // namespace intake
+
+#endif

@@ -1,0 +1,101 @@
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+
+#include "host/qxbase.h"
+#include "stream/compressed.h"
+#include "stream/reader_state.h"
+#include "stream/report.h"
+
+namespace intake {
+
+namespace {
+
+// The header line: "EXP", the version, a blank, the file's name, nine blanks.
+void WRVER() {
+    ++reader.VOLCNT;
+    char version[16];
+    std::snprintf(version, sizeof version, "%3d", static_cast<int>(reader.EXPVER));
+    Line header;
+    std::memcpy(header.data(), "EXP", 3);
+    std::memcpy(header.data() + 3, version, 3);
+    std::memcpy(header.data() + 7, reader.IMPNAM.data(), 64);
+    Status status = kSuccess;
+    // The header line keeps its blanks.
+    call(aput_, reader.IMPUNT, header, status);
+    call(awrite_, reader.IMPUNT, "", status);
+}
+
+void createVolume(std::string_view failure) {
+    Status status = kSuccess;
+    call(acreat_, reader.IMPUNT, reader.IMPNAM, status);
+    if (status != kSuccess) fatal(failure, reader.IMPNAM);
+}
+
+void beginVolume() {
+    if (!reader.volumeExists) {
+        createVolume("Error Creating %1%");
+        WRVER();
+        reader.volumeExists = true;
+        return;
+    }
+    Status status = kSuccess;
+    call(iename_, reader.IMPNAM, 1, status);
+    if (status != kSuccess) fatal("ERROR: Next volume %1% already exists.", reader.IMPNAM);
+    call(aclose_, reader.IMPUNT);
+    createVolume("Error creating volume %1%");
+    inform("Creating next volume: %1%", reader.IMPNAM);
+}
+
+std::size_t trimmedLength(const Line& line) { return line.view().size(); }
+
+}  // namespace
+
+void EXPCOM(std::span<const char> line) {
+    if (reader.VOLCNT == 1) {
+        beginVolume();
+    } else if (reader.VOLCNT >= reader.VOLMAX && reader.VOLMAX > 0) {
+        reader.VOLCNT = 0;  // this line is the last of its volume
+    }
+    Status status = kSuccess;
+    awrite_(&reader.IMPUNT, line.data(), &status, static_cast<int32_t>(line.size()));
+    if (status != kSuccess) fatal("Could not export data (EXPCOM)");
+    ++reader.VOLCNT;
+}
+
+void EXPFLS() {
+    if (reader.EXPCOL > 0) EXPCOM({reader.IMPBUF.data(), Line::kLength});
+    reader.EXPCOL = 0;
+}
+
+void EXPLIN(std::span<const char> line) {
+    if (reader.EXPCMP == 0) {
+        EXPCOM(line);
+        reader.EXPCOL = 0;
+        return;
+    }
+    CompressedLine packed;
+    int32_t count = 0;
+    CMPLIN(line, reader.EXPCMP, packed, count);
+    FixedText<kCompressedLength + 2> work(packed.view());
+    std::memcpy(work.data() + count, "~}", 2);
+    // What is in the physical line already, and this line behind it.
+    FixedText<Line::kLength + decltype(work)::kLength> text;
+    const auto filled = static_cast<std::size_t>(reader.EXPCOL);
+    std::memcpy(text.data(), reader.IMPBUF.data(), filled);
+    std::memcpy(text.data() + filled, work.data(), static_cast<std::size_t>(count) + 2);
+    std::size_t start = 0;
+    std::size_t left = filled + static_cast<std::size_t>(count) + 2;
+    reader.IMPBUF.assign(text.full().substr(start, std::min(left, Line::kLength)));
+    while (left > Line::kLength) {
+        EXPCOM({reader.IMPBUF.data(), Line::kLength});
+        // Blanks at the end of a physical line come again at the start of the next one.
+        const std::size_t written = trimmedLength(reader.IMPBUF);
+        start += written;
+        left -= written;
+        reader.IMPBUF.assign(text.full().substr(start, std::min(left, Line::kLength)));
+    }
+    reader.EXPCOL = static_cast<int32_t>(left);
+}
+
+}  // namespace intake
