@@ -20,7 +20,9 @@ constexpr std::array<int32_t, 3> kPrecisionCodes = {kOldest, kSingle, kDouble};
 // Process-wide, so that an import that is unwound leaves its scratch list to be found.
 ImportState import;
 
-void setPrecision(bool doublePrecision) { doublePrecision ? c64bit_() : c32bit_(); }
+void setPrecision(bool doublePrecision) {
+    doublePrecision ? c64bit_() : c32bit_();
+}
 
 // The precision of the first section decides that of the coverage for the whole file.
 void createCoverage() {
@@ -32,6 +34,12 @@ void createCoverage() {
     call(ccreat_, import.DSNAME, status);
     setPrecision(setting == kDoubleSetting);
     if (status != kSuccess) error("Unable to create coverage.");
+}
+
+void tellProgress(QxProgressEvent event, std::string_view code, int64_t lines) {
+    int64_t bytes = 0;
+    call(abytes_, reader.IMPUNT, bytes);
+    call(prgtel_, static_cast<int32_t>(event), code, lines, bytes);
 }
 
 // False if the kind that was asked for does not go with the file.
@@ -47,25 +55,20 @@ bool settleKind(int32_t kind, const SectionRow& row) {
         import.IMPKND = row.kind;
         inform(" Creating %1% %2%", kindLabel(row.kind), import.DSNAME);
     }
+    tellProgress(QX_KIND_DECIDED, kindLabel(import.IMPKND).view(), 0);
     return true;
-}
-
-void tellSection(QxProgressEvent event, std::string_view code, int64_t lines) {
-    int64_t bytes = 0;
-    call(abytes_, reader.IMPUNT, bytes);
-    call(prgtel_, static_cast<int32_t>(event), code, lines, bytes);
 }
 
 // The section's routine, with the word to the host before and after it.
 void runRoutine(const SectionRow& row) {
     const int64_t start = reader.logicalLines;
-    tellSection(QX_SECTION_BEGINS, row.code, 0);
+    tellProgress(QX_SECTION_BEGINS, row.code, 0);
     if (row.run) {
         row.run(import);
     } else {
         warn("Section %1% is not imported by this version and is passed over.", row.code);
     }
-    tellSection(QX_SECTION_ENDS, row.code, reader.logicalLines - start);
+    tellProgress(QX_SECTION_ENDS, row.code, reader.logicalLines - start);
 }
 
 enum class Step { kNext, kFinish };

@@ -1,0 +1,90 @@
+#include "app/intake/command_line.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <functional>
+#include <new>
+
+#include "app/intake/dump/dump.h"
+#include "app/intake/import.h"
+
+namespace program {
+
+namespace {
+
+constexpr char kExamples[] =
+    R"(Examples:
+  intake import roads.e00 roads             rebuild the dataset of an interchange file
+  intake import --json roads.e00 roads      ... and tell the outcome as one JSON object
+  intake dump roads                         print every record, one JSON object a line
+  intake dump roads --class arc             ... of one class only
+
+Rebuilds geographic datasets from an 80-column interchange text file.)";
+
+// The labels of docs/dump-format.md.
+const std::vector<std::string> kKindLabels = {
+    "Coverage",     "Info Datafile", "Text File",    "Plot File",      "TIN",
+    "Lattice",      "Font File",     "Lineset File", "Markerset File", "Shadeset File",
+    "Textset File", "Map",           "Grid",         "Stack"};
+
+void addKind(CLI::App& command, std::string& kind) {
+    command.add_option("--kind", kind, "What to take DATASET for, where its bytes leave it open")
+        ->type_name("LABEL")
+        ->check(CLI::IsMember(kKindLabels, CLI::ignore_case));
+}
+
+void addImport(CLI::App& app, Console& console, int& status) {
+    auto* command = app.add_subcommand("import", "Rebuild the dataset of an interchange file");
+    auto options = std::make_shared<ImportOptions>();
+    command->add_option("FILE", options->file, "The file, or its first volume")->required();
+    command->add_option("DATASET", options->dataset, "The path of the dataset to make")->required();
+    command->add_flag("--force", options->force, "Go on where DATASET exists already");
+    command->add_flag("--quiet", options->quiet, "Tell errors only");
+    command->add_flag("--json", options->json, "Print the outcome as one JSON object");
+    command->callback([=, &console, &status] { status = importFile(*options, console); });
+}
+
+void addDump(CLI::App& app, Console& console, int& status) {
+    auto* command = app.add_subcommand("dump", "Print every record of a dataset as JSON Lines");
+    auto path = std::make_shared<std::string>();
+    auto options = std::make_shared<DumpOptions>();
+    command->add_option("DATASET", *path, "The path that was imported to")->required();
+    command->add_option("--class", options->classes, "Only this class; may be given repeatedly")
+        ->type_name("NAME")
+        ->allow_extra_args(false);
+    addKind(*command, options->kind);
+    command->callback([=, &console, &status] {
+        dump(*path, *options, console.output);
+        console.output.flush();
+        if (!console.output) throw std::runtime_error("could not write the dump");
+        status = kDone;
+    });
+}
+
+}  // namespace
+
+int run(const std::vector<std::string>& arguments, Console& console) {
+    int status = kWrongUsage;
+    CLI::App app(kExamples, "intake");
+    app.set_version_flag("--version", "intake " INTAKE_VERSION);
+    app.require_subcommand(1);
+    addImport(app, console, status);
+    addDump(app, console, status);
+    try {
+        // The parser takes its arguments from the back.
+        app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+    } catch (const CLI::ParseError& error) {
+        const bool asked = error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success);
+        app.exit(error, console.output, console.errors);
+        return asked ? kDone : kWrongUsage;
+    } catch (const std::bad_alloc&) {
+        complain(console, "out of memory");
+        return kEnded;
+    } catch (const std::exception& error) {
+        complain(console, error.what());
+        return kEnded;
+    }
+    return status;
+}
+
+}  // namespace program

@@ -1,0 +1,32 @@
+// Where a command prints, and how it ends.
+#ifndef APP_INTAKE_CONSOLE_H
+#define APP_INTAKE_CONSOLE_H
+
+#include <ostream>
+#include <string>
+#include <string_view>
+
+namespace program {
+
+struct Console {
+    std::ostream& output;
+    std::ostream& errors;
+    bool terminal = false;  // errors go to somebody's screen
+};
+
+enum ExitStatus : int {
+    kDone = 0,
+    kEnded = 1,       // the import or the command ended with an error
+    kWrongUsage = 2,  // nothing was done
+    kComplained = 3   // imported, but a non-fatal error was reported
+};
+
+// A text for a screen or a log: UTF-8, and every control character escaped (\x1B).
+std::string shown(std::string_view text);
+
+// One line of the program's own to the errors.
+void complain(Console& console, std::string_view text);
+
+}  // namespace program
+
+#endif

@@ -1,0 +1,127 @@
+#include "app/intake/import.h"
+
+#include <filesystem>
+#include <nlohmann/json.hpp>
+#include <vector>
+
+#include "app/intake/dataset.h"
+#include "app/intake/progress_line.h"
+#include "app/intake/utf8.h"
+#include "host/qxbase.h"
+#include "include/intakedl.h"
+
+namespace program {
+
+namespace {
+
+struct Level {
+    const char* name;   // in JSON
+    const char* shown;  // in front of a line
+};
+
+const Level& levelOf(int32_t level) {
+    static constexpr Level kLevels[] = {{"inform", "inform"},
+                                        {"warn", "warning"},
+                                        {"nonftl", "error"},
+                                        {"error", "error"},
+                                        {"fatal", "fatal"}};
+    return kLevels[level - QX_INFORM];
+}
+
+// Hears what the library tells while it imports.
+class Report {
+  public:
+    Report(const ImportOptions& options, Console& console)
+        : options_(options),
+          console_(console),
+          progress_(console.errors, console.terminal && !options.quiet, options.file) {
+        mesink_([](int32_t level, const char* text,
+                   void* user) { static_cast<Report*>(user)->message(level, text); },
+                this);
+        prgset_([](int32_t event, const char* code, int64_t lines, int64_t bytes,
+                   void* user) { static_cast<Report*>(user)->told(event, code, lines, bytes); },
+                this);
+    }
+    ~Report() {
+        mesink_(nullptr, nullptr);
+        prgset_(nullptr, nullptr);
+    }
+    Report(const Report&) = delete;
+    Report& operator=(const Report&) = delete;
+
+    int exitStatus(int32_t result) const {
+        if (result == 0) return kEnded;
+        return worst_ >= QX_NONFATAL ? kComplained : kDone;
+    }
+
+    nlohmann::ordered_json outcome(int32_t result) const {
+        nlohmann::ordered_json object;
+        object["file"] = toUtf8(options_.file);
+        object["dataset"] = toUtf8(options_.dataset);
+        object["kind"] = kind_;
+        object["result"] = result;
+        object["messages"] = messages_;
+        object["sections"] = sections_;
+        return object;
+    }
+
+  private:
+    void message(int32_t level, std::string_view text) {
+        worst_ = std::max(worst_, level);
+        if (options_.json) {
+            messages_.push_back({{"level", levelOf(level).name}, {"text", toUtf8(text)}});
+        }
+        if (options_.quiet && level < QX_NONFATAL) return;
+        progress_.clear();
+        for (std::size_t start = 0; start <= text.size();) {
+            const std::size_t end = std::min(text.find('\n', start), text.size());
+            console_.errors << levelOf(level).shown << ": "
+                            << shown(text.substr(start, end - start)) << '\n';
+            start = end + 1;
+        }
+        console_.errors.flush();
+    }
+
+    void told(int32_t event, const char* code, int64_t lines, int64_t bytes) {
+        if (event == QX_KIND_DECIDED) {
+            kind_ = code;
+            return;
+        }
+        if (event == QX_SECTION_ENDS && options_.json) {
+            sections_.push_back({{"code", code}, {"lines", lines}});
+        }
+        progress_.show(code, bytes);
+    }
+
+    const ImportOptions& options_;
+    Console& console_;
+    ProgressLine progress_;
+    int32_t worst_ = 0;
+    std::string kind_;
+    nlohmann::ordered_json messages_ = nlohmann::ordered_json::array();
+    nlohmann::ordered_json sections_ = nlohmann::ordered_json::array();
+};
+
+// A stand-alone table has its files in the workspace and nothing under its own path.
+bool standsAlready(const std::string& dataset) {
+    std::error_code ignored;
+    const auto there = std::filesystem::symlink_status(dataset, ignored);
+    return std::filesystem::exists(there) || !kindsOf(dataset).empty();
+}
+
+}  // namespace
+
+int importFile(const ImportOptions& options, Console& console) {
+    if (!options.force && standsAlready(options.dataset)) {
+        complain(console, options.dataset + " exists already; --force imports to it all the same");
+        return kWrongUsage;
+    }
+    Report report(options, console);
+    // Standard output is for the object alone.
+    const int32_t quiet = options.quiet && !options.json ? 1 : 0;
+    const int32_t result = ImportFile(options.file.c_str(), options.dataset.c_str(), quiet);
+    if (options.json) console.output << report.outcome(result).dump() << std::endl;
+    return report.exitStatus(result);
+}
+
+}  // namespace program
