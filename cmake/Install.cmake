@@ -15,5 +15,8 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/intakeConfigVersion.cmake
 install(FILES ${PROJECT_BINARY_DIR}/intakeConfig.cmake ${PROJECT_BINARY_DIR}/intakeConfigVersion.cmake
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/intake)
 
+# By way of its own folder, so that an installed tree can be moved.
+file(RELATIVE_PATH to_prefix
+  ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 configure_file(cmake/intakedl.pc.in ${PROJECT_BINARY_DIR}/intakedl.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/intakedl.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -1,0 +1,34 @@
+#!/usr/bin/env bash
+# Each room of the house includes only what it may. The table: folder, then the files that it may
+# include beside its own.
+set -euo pipefail
+cd "$1"
+broken=0
+while read -r room allowed; do
+    [[ -d $room ]] || continue
+    lines=$(grep -rnE '^ *# *include *"' --include='*.h' --include='*.cpp' "$room" || true)
+    [[ -n $lines ]] || continue
+    if grep -vE "\"($room/|$allowed)" <<<"$lines"; then broken=1; fi
+done <<'TABLE'
+host              -
+include           -
+companions/store  host/
+companions/qxbase    host/|companions/store/
+companions/qxfeat    host/|companions/store/
+companions/qxgridio  host/|companions/store/
+stream            host/
+coverage          host/|stream/
+tables            host/|stream/
+tin               host/|stream/
+raster            host/|stream/
+symbols           host/|stream/
+plots             host/|stream/
+entry             host/|stream/|(include/)?intakedl\.h|[a-z]+/sections\.h
+app               host/|stream/|(include/)?intakedl\.h
+TABLE
+# Of the program, only packing and unpacking speak to the stream.
+if grep -rnE '^ *# *include *"stream/' app | grep -vE '^app/intake/[a-z_]*pack[a-z_]*\.(cpp|h):'; then
+    broken=1
+fi
+[[ $broken == 0 ]] || echo "The lines above include what their room may not."
+exit $broken

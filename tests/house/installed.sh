@@ -1,0 +1,52 @@
+#!/usr/bin/env bash
+# Installs the build to a scratch folder and uses it as README.md tells: its C example through
+# pkg-config and through find_package, its Python example through ctypes. Arguments: the source and
+# build folders, the C compiler and its flags, and "python" or "no-python".
+set -euo pipefail
+source=$1 build=$2 compiler=$3 flags=$4 python=$5
+scratch=$(mktemp -d)
+trap 'rm -rf "$scratch"' EXIT
+prefix=$scratch/prefix
+cmake --install "$build" --prefix "$prefix" >/dev/null
+[[ -x $prefix/bin/intake ]]
+"$prefix/bin/intake" --version >/dev/null
+libraries=$(dirname "$(find "$prefix" -name libintakedl.so)")
+
+# example LANGUAGE FILE: the one block of that language in README.md.
+example() {
+    awk -v fence="\`\`\`$1" '$0 == "```" { on = 0 } on { print } $0 == fence { on = 1 }' \
+        "$source/README.md" >"$2"
+    [[ -s $2 ]]
+}
+# expect COMMAND...: it imports the sample and says how that went.
+expect() {
+    local output dataset=$scratch/data$((++count))
+    output=$("$@" "$source/samples/wcr.e00" "$dataset") || { echo "$output"; exit 1; }
+    grep -q '^Imported' <<<"$output" || { echo "$output"; exit 1; }
+    [[ -e $dataset ]]
+}
+count=0
+
+example c "$scratch/import.c"
+export PKG_CONFIG_PATH=$libraries/pkgconfig
+read -ra words <<<"$flags $(pkg-config --cflags --libs intakedl)"
+"$compiler" -std=c11 -Wall -Wextra -Wpedantic -Werror "$scratch/import.c" "${words[@]}" \
+    -Wl,-rpath,"$libraries" -o "$scratch/import"
+expect "$scratch/import"
+
+cat >"$scratch/CMakeLists.txt" <<'PROJECT'
+cmake_minimum_required(VERSION 3.25)
+project(consumer C)
+find_package(intake REQUIRED)
+add_executable(consumer import.c)
+target_link_libraries(consumer intake::intakedl intake::qxbase)
+PROJECT
+cmake -S "$scratch" -B "$scratch/consumer" -DCMAKE_PREFIX_PATH="$prefix" \
+    -DCMAKE_C_COMPILER="$compiler" -DCMAKE_C_FLAGS="$flags" >/dev/null
+cmake --build "$scratch/consumer" >/dev/null
+expect "$scratch/consumer/consumer"
+
+if [[ $python == python ]]; then
+    example python "$scratch/import.py"
+    expect env LD_LIBRARY_PATH="$libraries" python3 "$scratch/import.py"
+fi
