@@ -5,6 +5,7 @@
 #include "entry/import_driver.h"
 #include "host/qxbase.h"
 #include "host/qxfeat.h"
+#include "host/qxgridio.h"
 #include "intakedl.h"
 #include "stream/report.h"
 
@@ -19,8 +20,7 @@ constexpr int32_t kEndedByError = 0;
 void tellException(std::string_view what) {
     try {
         intake::fatal("The import ended: %1%", what);
-    } catch (...) {
-    }
+    } catch (...) {}
 }
 
 // Takes every exception. The message service's own has given its message and has no content.
@@ -33,8 +33,7 @@ int32_t guarded(std::string_view dataset, std::string_view file) {
         tellException("out of memory");
     } catch (const std::exception& exception) {
         tellException(exception.what());
-    } catch (...) {
-    }
+    } catch (...) {}
     return kEndedByError;
 }
 
@@ -48,6 +47,7 @@ int32_t ImportFile(const char* interchangePath, const char* datasetName, int32_t
     // The name of what is to be made comes first, although the caller gives it second.
     const int32_t result = guarded(datasetName, interchangePath);
     releaseImport();
+    gridendC();
     featendC();
     baseendC();
     return result;

@@ -4,5 +4,6 @@
 
 #include "host/qxfeat/arcs.h"
 #include "host/qxfeat/coverages.h"
+#include "host/qxfeat/numbers.h"
 
 #endif
