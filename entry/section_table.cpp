@@ -2,6 +2,7 @@
 
 #include "coverage/sections.h"
 #include "stream/section_codes.h"
+#include "symbols/sections.h"
 
 namespace intake {
 
@@ -42,11 +43,11 @@ constexpr std::array<SectionRow, 47> kRows = {{
     {"HUL", kTin, kNext, nullptr},
     {"NID", kTin, kNext, nullptr},
     {"LAT", kLattice, kEnd, nullptr},
-    {"FNT", kFontFile, kEnd, nullptr},
-    {"CLN", kLinesetFile, kEnd, nullptr},
-    {"CMK", kMarkersetFile, kEnd, nullptr},
-    {"CSH", kShadesetFile, kEnd, nullptr},
-    {"CTX", kTextsetFile, kEnd, nullptr},
+    {"FNT", kFontFile, kEnd, plain<IMPFNT>},
+    {"CLN", kLinesetFile, kEnd, plain<IMPCLN>},
+    {"CMK", kMarkersetFile, kEnd, plain<IMPCMK>},
+    {"CSH", kShadesetFile, kEnd, plain<IMPCSH>},
+    {"CTX", kTextsetFile, kEnd, plain<IMPCTX>},
     {"MAP", kMap, kEnd, nullptr},
     {"SIN", kCoverage, kNext, nullptr},
     {"LOG", kCoverage, kNext, nullptr},
@@ -54,15 +55,15 @@ constexpr std::array<SectionRow, 47> kRows = {{
     {"TMK", kTin, kNext, nullptr},
     {"GRD", kGrid, kNext, nullptr},
     {"TX6", kCoverage, kNext, nullptr},
-    {"CS6", kShadesetFile, kEnd, nullptr},
-    {"CL6", kLinesetFile, kEnd, nullptr},
-    {"CM6", kMarkersetFile, kEnd, nullptr},
+    {"CS6", kShadesetFile, kEnd, plain<IMPCS6>},
+    {"CL6", kLinesetFile, kEnd, plain<IMPCL6>},
+    {"CM6", kMarkersetFile, kEnd, plain<IMPCM6>},
     {"STK", kStack, kNext, nullptr},
-    {"CL7", kLinesetFile, kEnd, nullptr},
-    {"CM7", kMarkersetFile, kEnd, nullptr},
-    {"CT7", kTextsetFile, kEnd, nullptr},
+    {"CL7", kLinesetFile, kEnd, plain<IMPCL7>},
+    {"CM7", kMarkersetFile, kEnd, plain<IMPCM7>},
+    {"CT7", kTextsetFile, kEnd, plain<IMPCT7>},
     // Alone among the symbol sets this one goes on to the next section. Stays.
-    {"CS7", kShadesetFile, kNext, nullptr},
+    {"CS7", kShadesetFile, kNext, plain<IMPCS7>},
     {"RXP", kCoverage, kNext, nullptr},
     {"RPL", kCoverage, kNext, nullptr},
     {"EOS", kNoKind, kEnd, nullptr},

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "app/intake/symbol_sets.h"
 #include "host/cpp/call.h"
 #include "host/qxbase.h"
 #include "host/qxfeat.h"
@@ -27,6 +28,36 @@ constexpr Recognizer kCertain[] = {
     {"Coverage", isCoverage},
 };
 
+template <const char* kind>
+bool isSymbolSet(const std::string& path) {
+    return findRecordBytes(path, kind) != 0;
+}
+bool isFont(const std::string& path) {
+    const std::string file = fontFile(path);
+    return !file.empty() && looksLikeFont(file);
+}
+bool mayBeFont(const std::string& path) { return !fontFile(path).empty(); }
+
+constexpr char kLines[] = "Lineset File";
+constexpr char kMarkers[] = "Markerset File";
+constexpr char kShades[] = "Shadeset File";
+constexpr char kTexts[] = "Textset File";
+
+// Files that do not say what they are. Each may fit several; one that the user names has a wider
+// test than one that is guessed.
+struct Guess {
+    const char* kind;
+    bool (*fits)(const std::string& path);
+    bool (*mayBe)(const std::string& path);
+};
+constexpr Guess kGuesses[] = {
+    {kLines, isSymbolSet<kLines>, isSymbolSet<kLines>},
+    {kMarkers, isSymbolSet<kMarkers>, isSymbolSet<kMarkers>},
+    {kShades, isSymbolSet<kShades>, isSymbolSet<kShades>},
+    {kTexts, isSymbolSet<kTexts>, isSymbolSet<kTexts>},
+    {"Font File", isFont, mayBeFont},
+};
+
 std::string lastName(const std::string& path) {
     qx::Name name;
     qx::call(ename_, std::string_view(path), name);
@@ -39,10 +70,17 @@ std::vector<std::string> kindsOf(const std::string& path) {
     for (const Recognizer& each : kCertain) {
         if (each.fits(path)) return {each.kind};
     }
-    return {};
+    std::vector<std::string> kinds;
+    for (const Guess& each : kGuesses) {
+        if (each.fits(path)) kinds.emplace_back(each.kind);
+    }
+    return kinds;
 }
 
 Dataset findDataset(const std::string& path, const std::string& kind) {
+    for (const Guess& each : kGuesses) {
+        if (kind == each.kind && each.mayBe(path)) return {path, lastName(path), kind};
+    }
     const std::vector<std::string> kinds = kindsOf(path);
     if (kinds.empty()) throw std::runtime_error(path + ": no dataset of this name");
     if (!kind.empty()) {

@@ -18,10 +18,12 @@ using qx::textResult;
 
 constexpr int32_t kFailed = 1;
 
-// Directories that dpush_ left, the newest last.
-std::vector<std::string> pushed;
+// Directories that dpush_ entered, the newest last. The current directory of the process belongs
+// to the host and stays what it is.
+std::vector<std::string> entered;
 
 std::string currentDirectory() {
+    if (!entered.empty()) return entered.back();
     char path[PATH_MAX];
     return ::getcwd(path, sizeof path) ? path : std::string();
 }
@@ -30,16 +32,17 @@ std::string currentDirectory() {
 
 namespace qxbase {
 
-void leaveDirectories() {
-    while (!pushed.empty()) dpop_();
+void leaveDirectories() { entered.clear(); }
+
+std::string located(std::string_view name) {
+    return entered.empty() ? std::string(name) : store::joinPath(entered.back(), name);
 }
 
 }  // namespace qxbase
 
 void dcreat_(const char* directory, int32_t* status, int32_t directoryLength) {
-    *status = store::makeDirectory(std::string(textArgument(directory, directoryLength)))
-                  ? 0
-                  : kFailed;
+    *status =
+        store::makeDirectory(std::string(textArgument(directory, directoryLength))) ? 0 : kFailed;
 }
 
 void dget_(char* directory, int32_t directoryLength) {
@@ -47,20 +50,15 @@ void dget_(char* directory, int32_t directoryLength) {
 }
 
 void dpush_(const char* directory, int32_t* status, int32_t directoryLength) {
-    std::string old = currentDirectory();
-    if (old.empty() ||
-        ::chdir(std::string(textArgument(directory, directoryLength)).c_str()) != 0) {
-        *status = kFailed;
-        return;
-    }
-    pushed.push_back(std::move(old));
+    std::string path = qxbase::located(textArgument(directory, directoryLength));
+    *status = kFailed;
+    if (!store::isDirectory(path)) return;
+    entered.push_back(std::move(path));
     *status = 0;
 }
 
 void dpop_() {
-    if (pushed.empty()) return;
-    [[maybe_unused]] const int result = ::chdir(pushed.back().c_str());
-    pushed.pop_back();
+    if (!entered.empty()) entered.pop_back();
 }
 
 void creift_(const char* path, int32_t* status, int32_t pathLength) {

@@ -25,7 +25,8 @@ void add(int32_t* handle, int32_t* status, File file, int32_t recordBytes) {
         *status = kFailed;
         return;
     }
-    *handle = files.add(std::make_unique<PlainRecordFile>(PlainRecordFile{std::move(file), recordBytes}));
+    *handle =
+        files.add(std::make_unique<PlainRecordFile>(PlainRecordFile{std::move(file), recordBytes}));
     *status = 0;
 }
 
@@ -42,19 +43,20 @@ void closePlainRecordFiles() { files.closeAll(); }
 }  // namespace qxbase
 
 void iexist_(const char* name, int32_t* status, int32_t nameLength) {
-    *status = store::exists(std::string(qx::textArgument(name, nameLength))) ? 0 : kFailed;
+    *status = store::exists(qxbase::located(qx::textArgument(name, nameLength))) ? 0 : kFailed;
 }
 
 void icreat_(int32_t* handle, const char* name, const int32_t* recordBytes, int32_t* status,
              int32_t nameLength) {
     add(handle, status,
-        File::create(std::string(qx::textArgument(name, nameLength)), File::Creation::kMustBeNew),
+        File::create(qxbase::located(qx::textArgument(name, nameLength)),
+                     File::Creation::kMustBeNew),
         *recordBytes);
 }
 
 void iopen_(int32_t* handle, const char* name, const int32_t* recordBytes, const int32_t* mode,
             int32_t* status, int32_t nameLength) {
-    const std::string path(qx::textArgument(name, nameLength));
+    const std::string path = qxbase::located(qx::textArgument(name, nameLength));
     add(handle, status, *mode == 2 ? File::readWrite(path) : File::read(path), *recordBytes);
 }
 
@@ -69,8 +71,8 @@ void iwrite_(const int32_t* handle, const void* record, const int32_t* recordByt
                   : kFailed;
 }
 
-void iread_(const int32_t* handle, void* record, const int32_t* recordBytes,
-            const int32_t* number, int32_t* status) {
+void iread_(const int32_t* handle, void* record, const int32_t* recordBytes, const int32_t* number,
+            int32_t* status) {
     PlainRecordFile* found = files.find(*handle);
     const bool fits = found && *number >= 1 && *recordBytes == found->recordBytes;
     *status = fits && found->file.readAt(place(*found, *number),
@@ -83,6 +85,11 @@ void iread_(const int32_t* handle, void* record, const int32_t* recordBytes,
 void icount_(const int32_t* handle, int32_t* count) {
     PlainRecordFile* found = files.find(*handle);
     *count = found ? static_cast<int32_t>(found->file.size() / found->recordBytes) : 0;
+}
+
+void isize_(const int32_t* handle, int64_t* bytes) {
+    PlainRecordFile* found = files.find(*handle);
+    *bytes = found ? found->file.size() : 0;
 }
 
 void iclose_(const int32_t* handle) { files.close(*handle); }

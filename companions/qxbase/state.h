@@ -2,6 +2,9 @@
 #ifndef COMPANIONS_QXBASE_STATE_H
 #define COMPANIONS_QXBASE_STATE_H
 
+#include <string>
+#include <string_view>
+
 namespace qxbase {
 
 void clearMessages();
@@ -11,6 +14,9 @@ void closeRecordFiles();
 void closeLists();
 void closeBitmaps();
 void leaveDirectories();
+
+// A name of a plain record file as a path from the process's current directory.
+std::string located(std::string_view name);
 
 // Brings what is written so far to disk.
 void flushFiles();

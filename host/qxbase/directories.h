@@ -9,10 +9,13 @@ QX_BEGIN
 /* Creates a directory. status not 0 if it could not be made or is there already. */
 QX_API void dcreat_(const char* directory, int32_t* status, int32_t directoryLength);
 
-/* The current directory of the process. */
+/* The directory that was entered last, or the current directory of the process. */
 QX_API void dget_(char* directory, int32_t directoryLength);
 
-/* Enters a directory and remembers the old one; dpop_ returns to it. */
+/* Enters a directory and remembers the old one; dpop_ returns to it. Plain record files with a
+ * relative name are found in the directory entered. The current directory of the process is the
+ * host's and does not change, so that everything else, the next volume of the interchange file
+ * among it, is found from where the import began. */
 QX_API void dpush_(const char* directory, int32_t* status, int32_t directoryLength);
 QX_API void dpop_(void);
 

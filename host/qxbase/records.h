@@ -24,6 +24,8 @@ QX_API void iread_(const int32_t* handle, void* record, const int32_t* recordByt
                    const int32_t* number, int32_t* status);
 /* Whole records in the file; a part of one at the end does not count. */
 QX_API void icount_(const int32_t* handle, int32_t* count);
+/* Bytes in the file. */
+QX_API void isize_(const int32_t* handle, int64_t* bytes);
 /* Closes the file. A number that is no open file is left alone. */
 QX_API void iclose_(const int32_t* handle);
 

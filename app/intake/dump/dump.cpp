@@ -12,15 +12,16 @@ struct Kind {
 };
 
 constexpr Kind kKinds[] = {
-    {"Coverage", dumpCoverage},
+    {"Coverage", dumpCoverage},       {"Font File", dumpFont},
+    {"Lineset File", dumpSymbolSet},  {"Markerset File", dumpSymbolSet},
+    {"Shadeset File", dumpSymbolSet}, {"Textset File", dumpSymbolSet},
 };
 
 }  // namespace
 
 bool Dump::wants(std::string_view className) const {
-    return options_.classes.empty() ||
-           std::find(options_.classes.begin(), options_.classes.end(), className) !=
-               options_.classes.end();
+    return options_.classes.empty() || std::find(options_.classes.begin(), options_.classes.end(),
+                                                 className) != options_.classes.end();
 }
 
 void dump(const std::string& path, const DumpOptions& options, std::ostream& stream) {

@@ -33,6 +33,8 @@ class Dump {
 
 // One routine for each kind of dataset, each in its own file, its dataset line first.
 void dumpCoverage(Dump& dump, const Dataset& dataset);
+void dumpSymbolSet(Dump& dump, const Dataset& dataset);
+void dumpFont(Dump& dump, const Dataset& dataset);
 
 }  // namespace program
 
