@@ -10,43 +10,50 @@ namespace {
 
 using namespace qxfeat;
 
-constexpr int32_t kArcCode = 1;
 // Number, user id, from-node, to-node, left and right polygon, vertex count.
 constexpr std::size_t kFixedBytes = 7 * 4;
 
-std::size_t realsOf(int32_t vertexCount) { return static_cast<std::size_t>(vertexCount) * 2; }
+std::size_t realsOf(int32_t vertexCount) {
+    return static_cast<std::size_t>(vertexCount) * 2;
+}
 
 }  // namespace
 
-void arccre_(int32_t* handle, const char* coverage, const int32_t*, const int32_t*,
-             int32_t* status, int32_t coverageLength) {
+void arccre_(int32_t* handle, const char* coverage, const int32_t*, const int32_t*, int32_t* status,
+             int32_t coverageLength) {
     enterWriter(handle, status,
-                createFeatures(qx::textArgument(coverage, coverageLength), kArcCode, 0));
+                createFeatures(qx::textArgument(coverage, coverageLength), kArcCode, kAnyShape));
 }
 
 void arcwt_(const int32_t* handle, const int32_t* number, const void* record) {
-    store::RecordWriter* writer = findWriter(handle);
+    FeatureFile* file = findWritten(handle);
     QxArc arc;
     std::memcpy(&arc, record, sizeof arc);
-    if (!writer || arc.vertexCount < 0) return;
-    const int32_t realBytes = writer->header().realBytes;
+    if (!file || arc.vertexCount < 0) return;
+    const int32_t realBytes = file->coordinateBytes();
     const std::size_t reals = realsOf(arc.vertexCount);
-    const auto* vertices = reinterpret_cast<const double*>(static_cast<const QxArc*>(record) + 1);
-    std::byte* place = writer->append(kFixedBytes + reals * static_cast<std::size_t>(realBytes));
+    const std::span vertices(reinterpret_cast<const double*>(static_cast<const QxArc*>(record) + 1),
+                             reals);
+    std::byte* place =
+        file->writer->append(kFixedBytes + reals * static_cast<std::size_t>(realBytes));
     store::WordWriter words(place);
     words << *number << arc.userId << arc.fromNode << arc.toNode << arc.leftPolygon
           << arc.rightPolygon << arc.vertexCount;
-    putCoordinates(words.place(), {vertices, reals}, realBytes);
+    putCoordinates(words.place(), vertices, realBytes);
+    file->include(vertices);
 }
 
-void arccls_(const int32_t* handle) { featureFiles().close(*handle); }
+void arccls_(const int32_t* handle) {
+    featureFiles().close(*handle);
+}
 
 void arcopn_(int32_t* handle, const char* coverage, int32_t* status, int32_t coverageLength) {
-    enterReader(handle, status,
-                openFeatures(qx::textArgument(coverage, coverageLength), kArcCode));
+    enterReader(handle, status, openFeatures(qx::textArgument(coverage, coverageLength), kArcCode));
 }
 
-void arcrec_(const int32_t* handle, int32_t* count) { countRecords(handle, count); }
+void arcrec_(const int32_t* handle, int32_t* count) {
+    countRecords(handle, count);
+}
 
 void arcpos_(const int32_t* handle, const int32_t* record, int32_t* status) {
     goToRecord(handle, record, status);

@@ -1,6 +1,7 @@
 #include "companions/qxfeat/coverage.h"
 
 #include "companions/qxfeat/state.h"
+#include "companions/qxfeat/subclasses.h"
 #include "companions/store/member_names.h"
 #include "companions/store/open_files.h"
 #include "companions/store/words.h"
@@ -35,17 +36,21 @@ int32_t coordinateBytes(const std::string& coverage) {
 }
 
 std::unique_ptr<RecordWriter> createFeatures(std::string_view coverage, int32_t code,
-                                             int32_t recordBytes, std::string_view subclass) {
+                                             RecordShape shape, std::string_view subclass) {
     RecordHeader header;
     header.code = code;
-    header.recordBytes = recordBytes;
     header.realBytes = coordinateBytes(std::string(coverage));
+    header.recordBytes = shape.bytes(header.realBytes);
     header.label = subclass;
     if (header.realBytes == 0) return nullptr;
-    auto writer =
-        RecordWriter::create(store::memberPath(coverage, code, subclass), header, true);
+    const std::string path = store::memberPath(coverage, code, subclass);
+    if (hasSubclasses(code) && !store::exists(path) && !noteSubclass(coverage, code, subclass)) {
+        return nullptr;
+    }
+    auto writer = RecordWriter::create(path, header, true);
     // What stands there may be another kind of file, or one that is damaged.
-    if (writer && (writer->header().code != code || writer->header().recordBytes != recordBytes)) {
+    if (writer && (writer->header().code != code ||
+                   writer->header().recordBytes != shape.bytes(writer->header().realBytes))) {
         return nullptr;
     }
     return writer;
@@ -66,15 +71,22 @@ void featinitC() {
     onunwC(store::flushAll);
 }
 
-void featendC() { qxfeat::closeFeatures(); }
+void featendC() {
+    qxfeat::closeFeatures();
+    qxfeat::closeSubclassWalks();
+}
 
 int32_t cval_(const int32_t* selector) {
     constexpr int32_t kPrecision = 2;
     return *selector == kPrecision ? precision : 0;
 }
 
-void c32bit_() { precision = kSingleType; }
-void c64bit_() { precision = kDoubleType; }
+void c32bit_() {
+    precision = kSingleType;
+}
+void c64bit_() {
+    precision = kDoubleType;
+}
 
 void ccreat_(const char* coverage, int32_t* status, int32_t coverageLength) {
     *status = kFailed;

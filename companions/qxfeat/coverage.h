@@ -13,10 +13,33 @@ namespace qxfeat {
 // Bytes of a stored coordinate, 4 or 8; 0 if the path is no coverage.
 int32_t coordinateBytes(const std::string& coverage);
 
-// A feature file of a coverage, open for writing behind what it holds, with a fixed record length
-// in bytes or 0 for records of any length. Null if the coverage is none or the file does not open.
+// A record of so many 32-bit words and coordinates; without either records are of any length.
+struct RecordShape {
+    int32_t words = 0;
+    int32_t coordinates = 0;
+
+    constexpr int32_t bytes(int32_t coordinateBytes) const {
+        return words * 4 + coordinates * coordinateBytes;
+    }
+};
+inline constexpr RecordShape kAnyShape{};
+
+// File codes of features.
+inline constexpr int32_t kArcCode = 1;
+inline constexpr int32_t kLabelCode = 2;
+inline constexpr int32_t kPolygonCode = 11;
+inline constexpr int32_t kCentroidCode = 14;
+inline constexpr int32_t kAnnotationCode = 16;
+inline constexpr int32_t kPolygonBoxCode = 29;
+inline constexpr int32_t kLinkCode = 36;
+inline constexpr int32_t kRegionPairCode = 89;
+inline constexpr int32_t kRegionCode = 90;
+
+// A feature file of a coverage, open for writing behind what it holds. Null if the coverage is
+// none or the file does not open. A file of a code that has subclasses is noted in the coverage's
+// list of subclasses when it is made.
 std::unique_ptr<store::RecordWriter> createFeatures(std::string_view coverage, int32_t code,
-                                                    int32_t recordBytes,
+                                                    RecordShape shape,
                                                     std::string_view subclass = {});
 
 // The same for reading; null if there is none.

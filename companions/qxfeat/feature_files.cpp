@@ -9,22 +9,32 @@ store::HandleTable<FeatureFile>& featureFiles() {
     return files;
 }
 
-void closeFeatures() { featureFiles().closeAll(); }
+void closeFeatures() {
+    featureFiles().closeAll();
+}
 
 void enterWriter(int32_t* handle, int32_t* status, std::unique_ptr<store::RecordWriter> writer) {
     *status = kFailed;
     if (!writer) return;
-    *handle = featureFiles().add(
-        std::make_unique<FeatureFile>(FeatureFile{std::move(writer), nullptr}));
+    auto file = std::make_unique<FeatureFile>();
+    file->keepsExtent = headerExtent(writer->header(), file->extent) || writer->count() == 0;
+    file->writer = std::move(writer);
+    *handle = featureFiles().add(std::move(file));
     *status = kSuccess;
 }
 
 void enterReader(int32_t* handle, int32_t* status, std::unique_ptr<store::RecordReader> reader) {
     *status = kFailed;
     if (!reader) return;
-    *handle = featureFiles().add(
-        std::make_unique<FeatureFile>(FeatureFile{nullptr, std::move(reader)}));
+    auto file = std::make_unique<FeatureFile>();
+    file->reader = std::move(reader);
+    *handle = featureFiles().add(std::move(file));
     *status = kSuccess;
+}
+
+FeatureFile* findWritten(const int32_t* handle) {
+    FeatureFile* file = featureFiles().find(*handle);
+    return file && file->writer ? file : nullptr;
 }
 
 store::RecordWriter* findWriter(const int32_t* handle) {
@@ -45,6 +55,13 @@ void countRecords(const int32_t* handle, int32_t* count) {
 void goToRecord(const int32_t* handle, const int32_t* record, int32_t* status) {
     store::RecordReader* reader = findReader(handle);
     *status = reader && reader->seek(*record) ? kSuccess : kFailed;
+}
+
+const std::byte* nextRecord(store::RecordReader* reader, std::size_t bytes, int32_t* number) {
+    std::span<const std::byte> record;
+    if (!reader || !reader->next(record) || record.size() != bytes) return nullptr;
+    *number = static_cast<int32_t>(reader->number());
+    return record.data();
 }
 
 std::byte* putCoordinates(std::byte* place, std::span<const double> values, int32_t bytes) {

@@ -6,6 +6,7 @@
 #include <memory>
 #include <span>
 
+#include "companions/qxfeat/extent.h"
 #include "companions/store/handle_table.h"
 #include "companions/store/record_file.h"
 #include "companions/store/words.h"
@@ -21,7 +22,16 @@ inline constexpr int32_t kNoRoom = 1;
 struct FeatureFile {
     std::unique_ptr<store::RecordWriter> writer;
     std::unique_ptr<store::RecordReader> reader;
+    Extent extent;                      // of what was written
+    bool keepsExtent = false;           // false behind records whose extent is not known
+    std::span<const std::byte> unread;  // what is left of the record that was read last
 
+    // Takes the points of a feature that is written into the extent, given as pairs x, y.
+    void include(std::span<const double> pairs) {
+        if (keepsExtent && extent.include(pairs)) {
+            writer->setHost(extentWords(extent, writer->header().realBytes));
+        }
+    }
     int32_t coordinateBytes() const {
         return writer ? writer->header().realBytes : reader->header().realBytes;
     }
@@ -33,13 +43,19 @@ store::HandleTable<FeatureFile>& featureFiles();
 void enterWriter(int32_t* handle, int32_t* status, std::unique_ptr<store::RecordWriter> writer);
 void enterReader(int32_t* handle, int32_t* status, std::unique_ptr<store::RecordReader> reader);
 
-// The writer or reader of a handle; null for any other number.
+// The file of a handle that was opened for writing; its writer; its reader. Null for any other
+// number.
+FeatureFile* findWritten(const int32_t* handle);
 store::RecordWriter* findWriter(const int32_t* handle);
 store::RecordReader* findReader(const int32_t* handle);
 
 // What every kind of feature has: the number of its records, and going to one of them.
 void countRecords(const int32_t* handle, int32_t* count);
 void goToRecord(const int32_t* handle, const int32_t* record, int32_t* status);
+
+// The next record, if it has so many bytes, and its number; null at the end, without a reader, and
+// for a record of any other length.
+const std::byte* nextRecord(store::RecordReader* reader, std::size_t bytes, int32_t* number);
 
 // Coordinates in the file's precision.
 std::byte* putCoordinates(std::byte* place, std::span<const double> values, int32_t bytes);

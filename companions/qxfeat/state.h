@@ -1,4 +1,5 @@
-// The process-wide state of the library: what each file here gives up when an import starts or ends.
+// The process-wide state of the library: what each file here gives up when an import starts or
+// ends.
 #ifndef COMPANIONS_QXFEAT_STATE_H
 #define COMPANIONS_QXFEAT_STATE_H
 
@@ -6,6 +7,7 @@ namespace qxfeat {
 
 // Closes every open file of features.
 void closeFeatures();
+void closeSubclassWalks();
 
 }  // namespace qxfeat
 

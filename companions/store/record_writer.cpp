@@ -14,6 +14,8 @@ std::unique_ptr<RecordWriter> RecordWriter::create(const std::string& path,
         auto reader = RecordReader::open(path);
         if (!reader) return nullptr;
         RecordHeader kept = reader->header();
+        // The words of a file that was cut off may speak of records that never reached it.
+        if (kept.count < 0) kept.hostBytes = 0;
         kept.count = reader->count();
         // A record that a failure cut short is overwritten by the next one.
         std::span<const std::byte> record;
@@ -56,7 +58,9 @@ void RecordWriter::setHost(std::span<const std::byte> bytes) {
     header_.hostBytes = static_cast<int32_t>(kept);
 }
 
-void RecordWriter::writeHeader() { appender_.file().writeAt(0, header_.bytes()); }
+void RecordWriter::writeHeader() {
+    appender_.file().writeAt(0, header_.bytes());
+}
 
 void RecordWriter::flush() {
     appender_.flush();

@@ -24,6 +24,11 @@ QX_API void ccreat_(const char* coverage, int32_t* status, int32_t coverageLengt
 /* The precision of a coverage: 2 double, 1 single; 0 if it is no coverage. */
 QX_API void ctype_(const char* coverage, int32_t* type, int32_t coverageLength);
 
+/* The extent of a coverage as its features give it: xmin, ymin, xmax, ymax in coverage units. The
+ * first of arcs, labels, polygons, polygon boxes, regions, annotation, links and centroids that has
+ * any gives it. status not 0 if the coverage holds none of them. */
+QX_API void boxget_(const char* coverage, double* box, int32_t* status, int32_t coverageLength);
+
 QX_END
 
 #endif
