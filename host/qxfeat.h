@@ -5,14 +5,11 @@
 #include "host/qxfeat/arcs.h"
 #include "host/qxfeat/centroids.h"
 #include "host/qxfeat/coverages.h"
-<<<<<<< Updated upstream
-#include "host/qxfeat/numbers.h"
-=======
 #include "host/qxfeat/labels.h"
 #include "host/qxfeat/links.h"
+#include "host/qxfeat/numbers.h"
 #include "host/qxfeat/polygons.h"
 #include "host/qxfeat/region_pairs.h"
 #include "host/qxfeat/subclasses.h"
->>>>>>> Stashed changes
 
 #endif
