@@ -29,6 +29,14 @@ void EXPLIN(std::span<const char> line);
 void EXPFLS();
 void EXPCOM(std::span<const char> line);
 
+// Writes what is still in the buffer and closes the file, with all of it on disk.
+void finishExport();
+
+// The highest level, up to the one given, at which a line of at most 300 columns comes back as it
+// is: a number in front of "}" or of a "~" at the end of the line breaks the line at level 2, and a
+// line of very many "~" fits at neither. 0 if there is none.
+int32_t survivingLevel(std::span<const char> line, int32_t level);
+
 }  // namespace intake
 
 #endif

@@ -35,7 +35,9 @@ void openNextVolume() {
     inform("Reading next volume: %1%", reader.IMPNAM);
 }
 
-int32_t trimmedLength(const Line& line) { return static_cast<int32_t>(line.view().size()); }
+int32_t trimmedLength(const Line& line) {
+    return static_cast<int32_t>(line.view().size());
+}
 
 // One logical line of compressed text, gathered from the physical lines that wrap it.
 class Assembly {
@@ -163,6 +165,13 @@ void IMPLIN(std::span<char> line) {
     } else {
         assembleLine(line);
     }
+}
+
+bool volumeEnded() {
+    if (reader.EXPVER != 0 && reader.IMPCOL <= trimmedLength(reader.IMPBUF)) return false;
+    int32_t ended = 0;
+    call(aatend_, reader.IMPUNT, ended);
+    return ended != 0;
 }
 
 void rewindToStart() {

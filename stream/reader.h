@@ -23,6 +23,10 @@ void IMPLIN(FixedText<N>& line) {
 // Returns how many characters of the line are in the buffer, padding not counted.
 std::size_t IMPCOM(std::span<char> line);
 
+// Whether the volume at hand holds nothing more: neither in its file nor, in compressed form, in
+// the physical line that was read last.
+bool volumeEnded();
+
 // Back to the first line of the first volume, as the precision pass needs it.
 void rewindToStart();
 

@@ -9,22 +9,22 @@
 namespace intake {
 
 struct ReaderState {
-    Name IMPNAM;           // name of the current volume
-    Line IMPBUF;           // physical line at hand, in compressed form only
-    int32_t IMPUNT = 0;    // channel of the interchange file
-    int32_t VOLMAX = 0;    // writer: lines in a volume, 0 for no limit
-    int32_t VOLCNT = 1;    // writer: lines written in this volume
-    int32_t IMPCOL = 81;   // next unread column of IMPBUF; 81: a new physical line is needed
-    int32_t EXPCOL = 0;    // writer: filled columns of IMPBUF
-    int32_t EXPVER = 0;    // version number of the file: 0 plain, any other compressed
-    int32_t EXPCMP = 0;    // writer: level of compression
-    int32_t NOHEAD = 0;    // 1 for a file without a header line
-    bool HASCR = false;    // lines carry a carriage return that is to be blanked
+    Name IMPNAM;          // name of the current volume
+    Line IMPBUF;          // physical line at hand, in compressed form only
+    int32_t IMPUNT = 0;   // channel of the interchange file
+    int32_t VOLMAX = 0;   // writer: lines in a volume, 0 for no limit
+    int32_t VOLCNT = 1;   // writer: lines written in this volume
+    int32_t IMPCOL = 81;  // next unread column of IMPBUF; 81: a new physical line is needed
+    int32_t EXPCOL = 0;   // writer: filled columns of IMPBUF
+    int32_t EXPVER = 0;   // version number of the file: 0 plain, any other compressed
+    int32_t EXPCMP = 0;   // writer: level of compression
+    int32_t NOHEAD = 0;   // 1 for a file without a header line
+    bool HASCR = false;   // lines carry a carriage return that is to be blanked
 
-    Name firstVolume;           // to go back to from the precision pass
-    int64_t lineNumber = 0;     // physical lines read of the current volume
-    int64_t logicalLines = 0;   // lines given out by IMPLIN
-    bool volumeExists = false;  // writer: the first volume has been created
+    Name firstVolume;          // to go back to from the precision pass
+    int64_t lineNumber = 0;    // physical lines read of the current volume
+    int64_t logicalLines = 0;  // lines given out by IMPLIN
+    int32_t volumesMade = 0;   // writer: volumes that have been created
 };
 
 extern ReaderState reader;

@@ -30,24 +30,33 @@ void createVolume(std::string_view failure) {
     Status status = kSuccess;
     call(acreat_, reader.IMPUNT, reader.IMPNAM, status);
     if (status != kSuccess) fatal(failure, reader.IMPNAM);
+    ++reader.volumesMade;
+}
+
+void closeVolume() {
+    Status status = kSuccess;
+    call(aflush_, reader.IMPUNT, status);
+    call(aclose_, reader.IMPUNT);
+    if (status != kSuccess) fatal("Could not export data (EXPCOM)");
 }
 
 void beginVolume() {
-    if (!reader.volumeExists) {
+    if (reader.volumesMade == 0) {
         createVolume("Error Creating %1%");
         WRVER();
-        reader.volumeExists = true;
         return;
     }
     Status status = kSuccess;
     call(iename_, reader.IMPNAM, 1, status);
     if (status != kSuccess) fatal("ERROR: Next volume %1% already exists.", reader.IMPNAM);
-    call(aclose_, reader.IMPUNT);
+    closeVolume();
     createVolume("Error creating volume %1%");
     inform("Creating next volume: %1%", reader.IMPNAM);
 }
 
-std::size_t trimmedLength(const Line& line) { return line.view().size(); }
+std::size_t trimmedLength(const Line& line) {
+    return line.view().size();
+}
 
 }  // namespace
 
@@ -66,6 +75,11 @@ void EXPCOM(std::span<const char> line) {
 void EXPFLS() {
     if (reader.EXPCOL > 0) EXPCOM({reader.IMPBUF.data(), Line::kLength});
     reader.EXPCOL = 0;
+}
+
+void finishExport() {
+    EXPFLS();
+    closeVolume();
 }
 
 void EXPLIN(std::span<const char> line) {

@@ -7,6 +7,7 @@
 
 #include "app/intake/dump/dump.h"
 #include "app/intake/import.h"
+#include "app/intake/pack.h"
 
 namespace program {
 
@@ -18,6 +19,8 @@ constexpr char kExamples[] =
   intake import --json roads.e00 roads      ... and tell the outcome as one JSON object
   intake dump roads                         print every record, one JSON object a line
   intake dump roads --class arc             ... of one class only
+  intake pack roads.e00 small.e00           the same file in compressed form
+  intake unpack small.e00 plain.e00         ... and in plain form again
 
 Rebuilds geographic datasets from an 80-column interchange text file.)";
 
@@ -61,6 +64,27 @@ void addDump(CLI::App& app, Console& console, int& status) {
     });
 }
 
+void addPack(CLI::App& app, Console& console, int& status, bool compressed) {
+    auto* command = compressed ? app.add_subcommand("pack", "Write a file in compressed form")
+                               : app.add_subcommand("unpack", "Write a file in plain form");
+    auto options = std::make_shared<PackOptions>();
+    command->add_option("FILE", options->input, "The file in any form, or its first volume")
+        ->required();
+    command->add_option("OUT", options->output, "The file to make, or its first volume")
+        ->required();
+    if (compressed) {
+        options->level = 2;
+        command->add_option("--level", options->level, "1: blanks only; 2: numbers too (default)")
+            ->check(CLI::Range(1, 2));
+    }
+    command
+        ->add_option("--lines-per-volume", options->linesPerVolume,
+                     "Split into volumes of so many lines; OUT then ends in two digits")
+        ->type_name("N")
+        ->check(CLI::Range(2, 1000000000));
+    command->callback([=, &console, &status] { status = pack(*options, console); });
+}
+
 }  // namespace
 
 int run(const std::vector<std::string>& arguments, Console& console) {
@@ -70,6 +94,8 @@ int run(const std::vector<std::string>& arguments, Console& console) {
     app.require_subcommand(1);
     addImport(app, console, status);
     addDump(app, console, status);
+    addPack(app, console, status, true);
+    addPack(app, console, status, false);
     try {
         // The parser takes its arguments from the back.
         app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));

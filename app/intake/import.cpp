@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "app/intake/dataset.h"
+#include "app/intake/messages.h"
 #include "app/intake/progress_line.h"
 #include "app/intake/utf8.h"
 #include "host/qxbase.h"
@@ -13,20 +14,6 @@
 namespace program {
 
 namespace {
-
-struct Level {
-    const char* name;   // in JSON
-    const char* shown;  // in front of a line
-};
-
-const Level& levelOf(int32_t level) {
-    static constexpr Level kLevels[] = {{"inform", "inform"},
-                                        {"warn", "warning"},
-                                        {"nonftl", "error"},
-                                        {"error", "error"},
-                                        {"fatal", "fatal"}};
-    return kLevels[level - QX_INFORM];
-}
 
 // Hears what the library tells while it imports.
 class Report {
@@ -69,17 +56,11 @@ class Report {
     void message(int32_t level, std::string_view text) {
         worst_ = std::max(worst_, level);
         if (options_.json) {
-            messages_.push_back({{"level", levelOf(level).name}, {"text", toUtf8(text)}});
+            messages_.push_back({{"level", levelName(level)}, {"text", toUtf8(text)}});
         }
         if (options_.quiet && level < QX_NONFATAL) return;
         progress_.clear();
-        for (std::size_t start = 0; start <= text.size();) {
-            const std::size_t end = std::min(text.find('\n', start), text.size());
-            console_.errors << levelOf(level).shown << ": "
-                            << shown(text.substr(start, end - start)) << '\n';
-            start = end + 1;
-        }
-        console_.errors.flush();
+        printMessage(console_, level, text);
     }
 
     void told(int32_t event, const char* code, int64_t lines, int64_t bytes) {

@@ -38,7 +38,9 @@ void write(const int32_t* channel, std::string_view text, bool endsLine, int32_t
 
 namespace qxbase {
 
-void closeChannels() { channels.closeAll(); }
+void closeChannels() {
+    channels.closeAll();
+}
 
 }  // namespace qxbase
 
@@ -52,8 +54,7 @@ void aopen_(int32_t* channel, const char* name, int32_t* status, int32_t nameLen
 }
 
 void acreat_(int32_t* channel, const char* name, int32_t* status, int32_t nameLength) {
-    store::File file =
-        store::File::create(path(name, nameLength), store::File::Creation::kAnew);
+    store::File file = store::File::create(path(name, nameLength), store::File::Creation::kAnew);
     if (!file.isOpen()) {
         *status = kFailed;
         return;
@@ -61,7 +62,9 @@ void acreat_(int32_t* channel, const char* name, int32_t* status, int32_t nameLe
     open(channel, status, {nullptr, std::make_unique<TextWriter>(std::move(file))});
 }
 
-void aclose_(const int32_t* channel) { channels.close(*channel); }
+void aclose_(const int32_t* channel) {
+    channels.close(*channel);
+}
 
 void aread_(const int32_t* channel, char* line, int32_t* count, int32_t* status,
             int32_t lineLength) {
@@ -72,8 +75,7 @@ void aread_(const int32_t* channel, char* line, int32_t* count, int32_t* status,
         return;
     }
     std::size_t characters = 0;
-    const auto result =
-        found->reader->read(line, static_cast<std::size_t>(lineLength), characters);
+    const auto result = found->reader->read(line, static_cast<std::size_t>(lineLength), characters);
     *count = static_cast<int32_t>(characters);
     *status = result == TextReader::Result::kLine  ? 0
               : result == TextReader::Result::kEnd ? kEndOfFile
@@ -87,6 +89,19 @@ void awrite_(const int32_t* channel, const char* text, int32_t* status, int32_t 
 void aput_(const int32_t* channel, const char* text, int32_t* status, int32_t textLength) {
     write(channel, {text, static_cast<std::size_t>(textLength < 0 ? 0 : textLength)}, false,
           status);
+}
+
+void aflush_(const int32_t* channel, int32_t* status) {
+    *status = kFailed;
+    TextChannel* found = channels.find(*channel);
+    if (!found || !found->writer) return;
+    found->writer->flush();
+    if (!found->writer->failed()) *status = 0;
+}
+
+void aatend_(const int32_t* channel, int32_t* ended) {
+    TextChannel* found = channels.find(*channel);
+    *ended = !found || !found->reader || found->reader->atEnd() ? 1 : 0;
 }
 
 void arewnd_(const int32_t* channel, int32_t* status) {
@@ -133,7 +148,9 @@ void scrnam_(char* name, int32_t nameLength) {
 void iename_(char* name, const int32_t* mode, int32_t* status, int32_t nameLength) {
     constexpr int32_t kReader = 2;
     std::string volume = path(name, nameLength);
-    const auto digit = [&](std::size_t fromEnd) -> char& { return volume[volume.size() - fromEnd]; };
+    const auto digit = [&](std::size_t fromEnd) -> char& {
+        return volume[volume.size() - fromEnd];
+    };
     const auto isDigit = [](char character) { return character >= '0' && character <= '9'; };
     *status = kFailed;
     if (volume.size() < 2 || !isDigit(digit(1)) || !isDigit(digit(2))) return;

@@ -23,6 +23,7 @@ class TextReader {
 
     // The next line, cut or padded to length; count is what is in it of the line.
     Result read(char* line, std::size_t length, std::size_t& count);
+    bool atEnd() { return next_ == end_ && !refill(); }
     void rewind();
     int64_t bytesRead() const { return blockStart_ + static_cast<int64_t>(next_); }
 
@@ -44,6 +45,7 @@ class TextWriter : public store::Buffered {
 
     bool write(std::string_view text, bool endsLine);
     void flush() override { appender_.flush(); }
+    bool failed() const { return appender_.failed(); }
     const std::string& path() const { return appender_.file().path(); }
 
   private:

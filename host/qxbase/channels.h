@@ -27,6 +27,12 @@ QX_API void aread_(const int32_t* channel, char* line, int32_t* count, int32_t* 
 QX_API void awrite_(const int32_t* channel, const char* text, int32_t* status, int32_t textLength);
 QX_API void aput_(const int32_t* channel, const char* text, int32_t* status, int32_t textLength);
 
+/* Brings what was written to disk. status 0, or not 0 if any write to the file has failed. */
+QX_API void aflush_(const int32_t* channel, int32_t* status);
+
+/* ended becomes 1 if there is no further line to read, otherwise 0. */
+QX_API void aatend_(const int32_t* channel, int32_t* ended);
+
 /* Goes back to the first line; a channel that was written to is read from then on. */
 QX_API void arewnd_(const int32_t* channel, int32_t* status);
 

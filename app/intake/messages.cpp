@@ -1,0 +1,41 @@
+#include "app/intake/messages.h"
+
+#include <algorithm>
+
+#include "host/qxbase.h"
+
+namespace program {
+
+namespace {
+
+struct Level {
+    const char* name;
+    const char* lead;
+};
+
+const Level& levelOf(int32_t level) {
+    static constexpr Level kLevels[] = {{"inform", "inform"},
+                                        {"warn", "warning"},
+                                        {"nonftl", "error"},
+                                        {"error", "error"},
+                                        {"fatal", "fatal"}};
+    return kLevels[level - QX_INFORM];
+}
+
+}  // namespace
+
+const char* levelName(int32_t level) {
+    return levelOf(level).name;
+}
+
+void printMessage(Console& console, int32_t level, std::string_view text) {
+    for (std::size_t start = 0; start <= text.size();) {
+        const std::size_t end = std::min(text.find('\n', start), text.size());
+        console.errors << levelOf(level).lead << ": " << shown(text.substr(start, end - start))
+                       << '\n';
+        start = end + 1;
+    }
+    console.errors.flush();
+}
+
+}  // namespace program

@@ -1,0 +1,215 @@
+#include "app/intake/pack.h"
+
+#include <cctype>
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+#include <utility>
+#include <vector>
+
+#include "app/intake/messages.h"
+#include "host/cpp/call.h"
+#include "host/qxbase.h"
+#include "stream/compressed.h"
+#include "stream/reader.h"
+#include "stream/report.h"
+
+namespace program {
+
+namespace {
+
+using intake::ReaderState;
+using qx::Name;
+
+constexpr std::size_t kLongestLine = 300;
+// Reading and writing take turns of so many lines.
+constexpr std::size_t kLinesPerTurn = 512;
+
+// Puts a state in the place of the one that the stream routines work on, for the length of a scope:
+// reader and writer share that place.
+class Turn {
+  public:
+    explicit Turn(ReaderState& state) : state_(state) { std::swap(intake::reader, state_); }
+    ~Turn() { std::swap(intake::reader, state_); }
+    Turn(const Turn&) = delete;
+    Turn& operator=(const Turn&) = delete;
+
+  private:
+    ReaderState& state_;
+};
+
+// A volume with a header line of its own is another file.
+bool beginsFile(const std::string& path) {
+    char start[3] = {};
+    std::ifstream(path, std::ios::binary).read(start, sizeof start);
+    return std::string_view(start, sizeof start) == "EXP";
+}
+
+// Replaces a name by that of the next volume; false if that does not exist.
+bool nextVolume(Name& volume) {
+    constexpr int32_t kReader = 2;
+    int32_t status = 0;
+    qx::call(iename_, volume, kReader, status);
+    return status == 0;
+}
+
+Name lastVolume(const std::string& file) {
+    Name last(file);
+    for (Name next = last; nextVolume(next) && !beginsFile(std::string(next.view()));) last = next;
+    return last;
+}
+
+class Input {
+  public:
+    explicit Input(const std::string& file) : last_(lastVolume(file)) {
+        const Turn turn(state_);
+        intake::reader.IMPNAM.assign(file);
+        intake::reader.firstVolume.assign(file);
+        int32_t status = 0;
+        qx::call(aopen_, intake::reader.IMPUNT, intake::reader.IMPNAM, status);
+        if (status != 0) intake::error("Could not open %1%", intake::reader.IMPNAM);
+        intake::RDVER(intake::reader.IMPUNT);
+    }
+
+    // The next lines, none at the end of the file.
+    const std::vector<std::string>& read() {
+        const Turn turn(state_);
+        lines_.clear();
+        while (lines_.size() < kLinesPerTurn && !ended()) {
+            // One column more than a line may have shows one that is too long. In compressed form
+            // the end mark of a full line can stand there.
+            char line[kLongestLine + 1];
+            const bool plain = intake::reader.EXPVER == 0;
+            intake::IMPLIN(std::span(line, plain ? sizeof line : kLongestLine));
+            if (plain && line[kLongestLine] != ' ') {
+                intake::fatal("A line of %1% is longer than 300 columns: line %2%",
+                              intake::reader.IMPNAM,
+                              static_cast<int32_t>(intake::reader.lineNumber));
+            }
+            lines_.emplace_back(qx::trimText(line, kLongestLine));
+        }
+        return lines_;
+    }
+
+    const Name& last() const { return last_; }
+
+  private:
+    bool ended() const { return intake::volumeEnded() && intake::reader.IMPNAM == last_; }
+
+    Name last_;
+    ReaderState state_;
+    std::vector<std::string> lines_;
+};
+
+class Output {
+  public:
+    explicit Output(const PackOptions& options) : level_(options.level) {
+        state_.IMPNAM.assign(options.output);
+        state_.EXPCMP = options.level;
+        state_.EXPVER = options.level > 0 ? 1 : 0;
+        state_.VOLMAX = options.linesPerVolume;
+    }
+
+    void write(const std::vector<std::string>& lines) {
+        const Turn turn(state_);
+        for (const std::string& line : lines) {
+            ++count_;
+            if (level_ > 0) {
+                intake::reader.EXPCMP = intake::survivingLevel(line, level_);
+                if (intake::reader.EXPCMP == 0) {
+                    intake::fatal("Line %1% does not fit the compressed form: %2%", count_, line);
+                }
+            }
+            intake::EXPLIN(line);
+        }
+    }
+    void finish() {
+        const Turn turn(state_);
+        if (count_ == 0) intake::fatal("The file holds no lines");
+        intake::finishExport();
+    }
+    int32_t volumes() const { return state_.volumesMade; }
+
+  private:
+    int32_t level_;
+    int32_t count_ = 0;
+    ReaderState state_;
+};
+
+bool exists(const std::string& path) {
+    std::error_code ignored;
+    return std::filesystem::exists(std::filesystem::symlink_status(path, ignored));
+}
+
+// What speaks against the output's name, "" for nothing.
+std::string objection(const PackOptions& options) {
+    const std::string& output = options.output;
+    if (options.input.size() > Name::kLength || output.size() > Name::kLength) {
+        return "the name of a file is too long";
+    }
+    if (exists(output)) return output + " exists already";
+    const auto digit = [&](std::size_t fromEnd) {
+        return output.size() >= fromEnd &&
+               std::isdigit(static_cast<unsigned char>(output[output.size() - fromEnd])) != 0;
+    };
+    if (options.linesPerVolume > 0 && !(digit(1) && digit(2))) {
+        return output + " cannot be split in volumes: its name does not end in two digits";
+    }
+    Name next = lastVolume(options.input);
+    nextVolume(next);
+    if (next == output) return output + " would be a volume of " + options.input;
+    return {};
+}
+
+void takeAway(const std::string& output, int32_t volumes) {
+    Name volume(output);
+    for (int32_t each = 0; each < volumes; ++each) {
+        int32_t status = 0;
+        qx::call(adelet_, volume, status);
+        nextVolume(volume);
+    }
+}
+
+// Every message of the stream goes to the console while this lives.
+class Listening {
+  public:
+    explicit Listening(Console& console) {
+        baseinitC();
+        mesink_([](int32_t level, const char* text,
+                   void* user) { printMessage(*static_cast<Console*>(user), level, text); },
+                &console);
+    }
+    ~Listening() {
+        mesink_(nullptr, nullptr);
+        baseendC();
+    }
+    Listening(const Listening&) = delete;
+    Listening& operator=(const Listening&) = delete;
+};
+
+}  // namespace
+
+int pack(const PackOptions& options, Console& console) {
+    if (const std::string text = objection(options); !text.empty()) {
+        complain(console, text);
+        return kWrongUsage;
+    }
+    const Listening listening(console);
+    Output output(options);
+    try {
+        Input input(options.input);
+        for (const auto* lines = &input.read(); !lines->empty(); lines = &input.read()) {
+            output.write(*lines);
+        }
+        output.finish();
+        return kDone;
+    } catch (const std::exception& error) {
+        complain(console, error.what());
+    } catch (...) {
+        // An error of the stream, which has said what it was.
+    }
+    takeAway(options.output, output.volumes());
+    return kEnded;
+}
+
+}  // namespace program
