@@ -10,6 +10,7 @@
 #include "stream/report.h"
 #include "stream/section_codes.h"
 #include "stream/section_header.h"
+#include "tin/sections.h"
 
 namespace intake {
 
@@ -34,6 +35,14 @@ void createCoverage() {
     call(ccreat_, import.DSNAME, status);
     setPrecision(setting == kDoubleSetting);
     if (status != kSuccess) error("Unable to create coverage.");
+}
+
+// The layer is closed again: each section opens what it needs.
+void createTin() {
+    Status status = kSuccess;
+    TINCRE(import.DSNAME, status);
+    if (status != kSuccess) error("Unable to create TIN.");
+    TINEND();
 }
 
 void tellProgress(QxProgressEvent event, std::string_view code, int64_t lines) {
@@ -73,7 +82,22 @@ void runRoutine(const SectionRow& row) {
 
 enum class Step { kNext, kFinish };
 
+// ENV works on a surface without files, which carries its counts to the sections behind it.
+void restoreEnvironment(const SectionRow& row) {
+    constexpr int32_t kOption = 1;
+    Handle handle{};
+    TININI();
+    TINSCR(handle, kOption, import.IMPSTS);
+    if (import.IMPSTS == kSuccess) runRoutine(row);
+    if (import.IMPSTS != kSuccess) fatal("Unable to restore ENV (impsub).");
+    import.TINOPN = true;
+}
+
 Step dispatch(const SectionRow& row) {
+    if (row.code == "ENV") {
+        restoreEnvironment(row);
+        return Step::kNext;
+    }
     runRoutine(row);
     return row.after == After::kEnd ? Step::kFinish : Step::kNext;
 }
@@ -92,6 +116,7 @@ bool runSections(int32_t kind) {
             if (!settleKind(kind, *row)) return false;
             import.IMPFST = false;
             if (import.IMPKND == kCoverage) createCoverage();
+            if (import.IMPKND == kTin) createTin();
         }
         const bool raster = import.IMPKND == kGrid || import.IMPKND == kStack;
         import.INFKND = raster ? kCoverage : import.IMPKND;
@@ -111,6 +136,10 @@ void finish() {
     }
     call(aclose_, reader.IMPUNT);
     if (import.IMPSTS != kSuccess) error("Error in importing");
+    if (import.TINOPN) {
+        TINEND();
+        import.TINOPN = false;
+    }
 }
 
 }  // namespace
@@ -132,6 +161,7 @@ void IMPSUB(std::string_view dataset, std::string_view file, const int32_t& kind
 void rearmImport() {
     import = {};
     reader = {};
+    rearmTin();
 }
 
 void releaseImport() {
@@ -140,6 +170,7 @@ void releaseImport() {
         call(aclose_, import.STKUNT);
         call(adelet_, import.STKNAM, status);
     }
+    rearmTin();
 }
 
 }  // namespace intake

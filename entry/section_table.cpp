@@ -3,6 +3,7 @@
 #include "coverage/sections.h"
 #include "stream/section_codes.h"
 #include "symbols/sections.h"
+#include "tin/sections.h"
 
 namespace intake {
 
@@ -35,13 +36,13 @@ constexpr std::array<SectionRow, 47> kRows = {{
     {"ADP", kCoverage, kNext, nullptr},
     {"ADI", kCoverage, kNext, nullptr},
     {"PLT", kPlotFile, kEnd, nullptr},
-    {"ENV", kTin, kNext, nullptr},
-    {"NXY", kTin, kNext, nullptr},
-    {"NZ", kTin, kNext, nullptr},
-    {"NOD", kTin, kNext, nullptr},
-    {"EDG", kTin, kNext, nullptr},
-    {"HUL", kTin, kNext, nullptr},
-    {"NID", kTin, kNext, nullptr},
+    {"ENV", kTin, kNext, plain<IMPENV>},
+    {"NXY", kTin, kNext, plain<IMPNXY>},
+    {"NZ", kTin, kNext, plain<IMPNZ>},
+    {"NOD", kTin, kNext, plain<IMPNOD>},
+    {"EDG", kTin, kNext, plain<IMPEDG>},
+    {"HUL", kTin, kNext, plain<IMPHUL>},
+    {"NID", kTin, kNext, plain<IMPNID>},
     {"LAT", kLattice, kEnd, nullptr},
     {"FNT", kFontFile, kEnd, plain<IMPFNT>},
     {"CLN", kLinesetFile, kEnd, plain<IMPCLN>},
@@ -52,7 +53,7 @@ constexpr std::array<SectionRow, 47> kRows = {{
     {"SIN", kCoverage, kNext, nullptr},
     {"LOG", kCoverage, kNext, nullptr},
     {"PRJ", kCoverage, kNext, nullptr},
-    {"TMK", kTin, kNext, nullptr},
+    {"TMK", kTin, kNext, plain<IMTMSK>},
     {"GRD", kGrid, kNext, nullptr},
     {"TX6", kCoverage, kNext, nullptr},
     {"CS6", kShadesetFile, kEnd, plain<IMPCS6>},
@@ -89,6 +90,8 @@ const SectionRow* findSectionRow(int32_t number) {
     return nullptr;
 }
 
-const std::array<SectionRow, 47>& sectionTable() { return kRows; }
+const std::array<SectionRow, 47>& sectionTable() {
+    return kRows;
+}
 
 }  // namespace intake

@@ -7,11 +7,14 @@
 #include "host/qxbase/channels.h"
 #include "host/qxbase/directories.h"
 #include "host/qxbase/lists.h"
+#include "host/qxbase/members.h"
+#include "host/qxbase/memory.h"
 #include "host/qxbase/messages.h"
 #include "host/qxbase/names.h"
 #include "host/qxbase/progress.h"
 #include "host/qxbase/records.h"
 #include "host/qxbase/startup.h"
 #include "host/qxbase/strings.h"
+#include "host/qxbase/tins.h"
 
 #endif

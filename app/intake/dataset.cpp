@@ -18,6 +18,15 @@ bool isCoverage(const std::string& path) {
     return type != 0;
 }
 
+bool isTin(const std::string& path) {
+    int32_t surface = 0;
+    int32_t status = 0;
+    qx::call(tinopn_, surface, std::string_view(path), status);
+    if (status != 0) return false;
+    qx::call(tincls_, surface);
+    return true;
+}
+
 struct Recognizer {
     const char* kind;
     bool (*fits)(const std::string& path);
@@ -26,6 +35,7 @@ struct Recognizer {
 // One line a kind. Kinds that say what they are come first; the first of those that fits decides.
 constexpr Recognizer kCertain[] = {
     {"Coverage", isCoverage},
+    {"TIN", isTin},
 };
 
 template <const char* kind>

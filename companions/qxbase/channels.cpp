@@ -8,6 +8,7 @@
 #include "companions/qxbase/text_channel.h"
 #include "companions/store/handle_table.h"
 #include "host/cpp/fixed_text.h"
+#include "host/qxbase/strings.h"
 
 namespace {
 
@@ -143,6 +144,12 @@ void scrnam_(char* name, int32_t nameLength) {
         scratch = start + std::to_string(++number);
     } while (store::exists(scratch));
     qx::textResult(name, nameLength, scratch);
+}
+
+void scrnamC(char* name) {
+    qx::Name scratch;
+    scrnam_(scratch.data(), static_cast<int32_t>(scratch.size()));
+    f772cee(name, scratch.data(), static_cast<int32_t>(scratch.size()));
 }
 
 void iename_(char* name, const int32_t* mode, int32_t* status, int32_t nameLength) {

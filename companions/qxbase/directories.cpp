@@ -45,6 +45,15 @@ void dcreat_(const char* directory, int32_t* status, int32_t directoryLength) {
         store::makeDirectory(std::string(textArgument(directory, directoryLength))) ? 0 : kFailed;
 }
 
+int32_t dcreatC(const char* directory) {
+    return store::makeDirectory(directory) ? 0 : kFailed;
+}
+
+void dexist_(const char* directory, int32_t* status, int32_t directoryLength) {
+    *status =
+        store::isDirectory(std::string(textArgument(directory, directoryLength))) ? 0 : kFailed;
+}
+
 void dget_(char* directory, int32_t directoryLength) {
     textResult(directory, directoryLength, currentDirectory());
 }

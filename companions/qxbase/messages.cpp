@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <deque>
 #include <string>
 #include <string_view>
@@ -25,6 +26,7 @@ struct Host {
 
 Host host;
 std::deque<std::string> values;
+std::string routine;  // of the next message, empty where it was not named
 std::vector<void (*)()> beforeUnwinding;
 
 std::string escaped(std::string_view text) {
@@ -69,8 +71,10 @@ void give(int32_t level, const char* text, int32_t length) {
     if (host.sink) {
         host.sink(level, message.c_str(), host.user);
     } else {
-        std::fputs((message + '\n').c_str(), stderr);
+        const std::string source = routine.empty() ? "" : " (" + routine + ")";
+        std::fputs((message + source + '\n').c_str(), stderr);
     }
+    routine.clear();
 }
 
 [[noreturn]] void unwind() {
@@ -83,21 +87,34 @@ void give(int32_t level, const char* text, int32_t length) {
 
 namespace qxbase {
 
-void clearMessages() { values.clear(); }
+void clearMessages() {
+    values.clear();
+    routine.clear();
+}
 
 }  // namespace qxbase
 
-void mesink_(QxMessageSink sink, void* user) { host = {sink, user}; }
+void mesink_(QxMessageSink sink, void* user) {
+    host = {sink, user};
+}
 
 void meschr_(const char* text, const int32_t*, int32_t textLength) {
     values.push_back(escaped(textArgument(text, textLength)));
 }
 
-void mesint_(const int32_t* value) { values.push_back(std::to_string(*value)); }
+void mesint_(const int32_t* value) {
+    values.push_back(std::to_string(*value));
+}
 
-void inform_(const char* text, const int32_t*, int32_t length) { give(QX_INFORM, text, length); }
-void warn_(const char* text, const int32_t*, int32_t length) { give(QX_WARN, text, length); }
-void nonftl_(const char* text, const int32_t*, int32_t length) { give(QX_NONFATAL, text, length); }
+void inform_(const char* text, const int32_t*, int32_t length) {
+    give(QX_INFORM, text, length);
+}
+void warn_(const char* text, const int32_t*, int32_t length) {
+    give(QX_WARN, text, length);
+}
+void nonftl_(const char* text, const int32_t*, int32_t length) {
+    give(QX_NONFATAL, text, length);
+}
 
 void error_(const char* text, const int32_t*, int32_t length) {
     give(QX_ERROR, text, length);
@@ -106,6 +123,19 @@ void error_(const char* text, const int32_t*, int32_t length) {
 
 void fatal_(const char* text, const int32_t*, int32_t length) {
     give(QX_FATAL, text, length);
+    unwind();
+}
+
+void mesrtnC(const char* name) {
+    routine = name;
+}
+
+void nonftlC(const char* text) {
+    give(QX_NONFATAL, text, static_cast<int32_t>(std::strlen(text)));
+}
+
+void fatalC(const char* text) {
+    give(QX_FATAL, text, static_cast<int32_t>(std::strlen(text)));
     unwind();
 }
 

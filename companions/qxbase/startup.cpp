@@ -5,7 +5,9 @@
 
 namespace qxbase {
 
-void flushFiles() { store::flushAll(); }
+void flushFiles() {
+    store::flushAll();
+}
 
 }  // namespace qxbase
 
@@ -15,8 +17,13 @@ void baseendC() {
     qxbase::closeRecordFiles();
     qxbase::closeLists();
     qxbase::closeBitmaps();
+    qxbase::closeTransfers();
+    qxbase::closeSurfaces();
+    qxbase::closeMemberChannels();
     qxbase::leaveDirectories();
     qxbase::clearMessages();
 }
 
-void baseinitC() { baseendC(); }
+void baseinitC() {
+    baseendC();
+}

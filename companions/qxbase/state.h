@@ -13,6 +13,9 @@ void closePlainRecordFiles();
 void closeRecordFiles();
 void closeLists();
 void closeBitmaps();
+void closeTransfers();
+void closeSurfaces();
+void closeMemberChannels();
 void leaveDirectories();
 
 // A name of a plain record file as a path from the process's current directory.

@@ -47,6 +47,8 @@ QX_API void aexist_(const char* name, int32_t* status, int32_t nameLength);
 
 /* The name of a scratch file that does not yet exist, in the directory for temporary files. */
 QX_API void scrnam_(char* name, int32_t nameLength);
+/* The same as a terminated string; name holds QX_NAME_LENGTH + 1 characters. */
+QX_API void scrnamC(char* name);
 
 /* Replaces the name of a volume by that of the next: NAME.e00 is followed by NAME.e01 and so on to
  * NAME.e99, the rest of the name kept.

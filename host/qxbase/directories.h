@@ -9,6 +9,12 @@ QX_BEGIN
 /* Creates a directory. status not 0 if it could not be made or is there already. */
 QX_API void dcreat_(const char* directory, int32_t* status, int32_t directoryLength);
 
+/* The same for a terminated path; gives the status. */
+QX_API int32_t dcreatC(const char* directory);
+
+/* status 0 if the path is a directory. */
+QX_API void dexist_(const char* directory, int32_t* status, int32_t directoryLength);
+
 /* The directory that was entered last, or the current directory of the process. */
 QX_API void dget_(char* directory, int32_t directoryLength);
 

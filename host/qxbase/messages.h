@@ -9,13 +9,7 @@
 
 QX_BEGIN
 
-enum QxMessageLevel {
-    QX_INFORM = 1,
-    QX_WARN = 2,
-    QX_NONFATAL = 3,
-    QX_ERROR = 4,
-    QX_FATAL = 5
-};
+enum QxMessageLevel { QX_INFORM = 1, QX_WARN = 2, QX_NONFATAL = 3, QX_ERROR = 4, QX_FATAL = 5 };
 
 /* Receives each message as it is given: its level, its text (values filled in, line breaks as line
  * feeds, terminated) and the pointer that was handed to mesink_. Must not throw. */
@@ -38,6 +32,12 @@ QX_API void nonftl_(const char* text, const int32_t* minusOne, int32_t textLengt
  * an exception: they do not return, and may only be called below ImportFile or another guard. */
 QX_API QX_NORETURN void error_(const char* text, const int32_t* minusOne, int32_t textLength);
 QX_API QX_NORETURN void fatal_(const char* text, const int32_t* minusOne, int32_t textLength);
+
+/* The forms for terminated texts. mesrtnC names the routine that the next message comes from; the
+ * name is no part of the text, and is shown behind it only where messages go to standard error. */
+QX_API void mesrtnC(const char* routine);
+QX_API void nonftlC(const char* text);
+QX_API QX_NORETURN void fatalC(const char* text);
 
 /* Registers a function that error_ and fatal_ call before they unwind: each companion gives one
  * that brings its open files to disk. Registering it again has no effect. It must not throw. */

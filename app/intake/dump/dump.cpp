@@ -12,9 +12,10 @@ struct Kind {
 };
 
 constexpr Kind kKinds[] = {
-    {"Coverage", dumpCoverage},       {"Font File", dumpFont},
-    {"Lineset File", dumpSymbolSet},  {"Markerset File", dumpSymbolSet},
-    {"Shadeset File", dumpSymbolSet}, {"Textset File", dumpSymbolSet},
+    {"Coverage", dumpCoverage},        {"TIN", dumpTin},
+    {"Font File", dumpFont},           {"Lineset File", dumpSymbolSet},
+    {"Markerset File", dumpSymbolSet}, {"Shadeset File", dumpSymbolSet},
+    {"Textset File", dumpSymbolSet},
 };
 
 }  // namespace

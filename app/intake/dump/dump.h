@@ -33,6 +33,7 @@ class Dump {
 
 // One routine for each kind of dataset, each in its own file, its dataset line first.
 void dumpCoverage(Dump& dump, const Dataset& dataset);
+void dumpTin(Dump& dump, const Dataset& dataset);
 void dumpSymbolSet(Dump& dump, const Dataset& dataset);
 void dumpFont(Dump& dump, const Dataset& dataset);
 
