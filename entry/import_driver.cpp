@@ -21,9 +21,7 @@ constexpr std::array<int32_t, 3> kPrecisionCodes = {kOldest, kSingle, kDouble};
 // Process-wide, so that an import that is unwound leaves its scratch list to be found.
 ImportState import;
 
-void setPrecision(bool doublePrecision) {
-    doublePrecision ? c64bit_() : c32bit_();
-}
+void setPrecision(bool doublePrecision) { doublePrecision ? c64bit_() : c32bit_(); }
 
 // The precision of the first section decides that of the coverage for the whole file.
 void createCoverage() {
@@ -131,6 +129,7 @@ bool runSections(int32_t kind) {
 void finish() {
     if (import.INSTCK) {
         call(aclose_, import.STKUNT);
+        import.STKUNT = 0;
         // Its status replaces that of the last section. Stays.
         call(adelet_, import.STKNAM, import.IMPSTS);
     }
@@ -146,6 +145,7 @@ void finish() {
 
 void IMPSUB(std::string_view dataset, std::string_view file, const int32_t& kind) {
     if (dataset.size() > Name::kLength) fatal("Dataset name is too long (IMPSUB)");
+    if (qx::trimText(dataset).empty()) fatal("Dataset name is empty (IMPSUB)");
     import.DSNAME = import.targetName = dataset;
     reader.IMPNAM = reader.firstVolume = file;
     if (static_cast<uint32_t>(kind) > kHighestKind) fatal("BAD TYPE CODE (IMPSUB)");

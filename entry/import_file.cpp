@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <atomic>
+#include <exception>
 #include <new>
 #include <string_view>
 
@@ -16,6 +19,9 @@ using namespace intake;
 constexpr int32_t kRanToItsEnd = 1;
 constexpr int32_t kEndedByError = 0;
 
+// Set while an import runs, in whatever thread.
+std::atomic_flag importRuns = ATOMIC_FLAG_INIT;
+
 // An exception that is no error of the message service has given no message yet.
 void tellException(std::string_view what) {
     try {
@@ -24,10 +30,10 @@ void tellException(std::string_view what) {
 }
 
 // Takes every exception. The message service's own has given its message and has no content.
-int32_t guarded(std::string_view dataset, std::string_view file) {
-    const int32_t kind = 0;
+template <class Work>
+int32_t guarded(Work work) {
     try {
-        IMPSUB(dataset, file, kind);
+        work();
         return kRanToItsEnd;
     } catch (const std::bad_alloc&) {
         tellException("out of memory");
@@ -37,18 +43,32 @@ int32_t guarded(std::string_view dataset, std::string_view file) {
     return kEndedByError;
 }
 
+std::string_view textOf(const char* text) { return text ? std::string_view(text) : ""; }
+
 }  // namespace
 
 int32_t ImportFile(const char* interchangePath, const char* datasetName, int32_t quiet) {
+    // A host that calls from a message or from another thread. The import that runs goes on.
+    if (importRuns.test_and_set()) {
+        nonftl("Another import is running in this process.");
+        return kEndedByError;
+    }
     const Companions companions(quiet);
-    baseinitC();
-    featinitC();
-    rearmImport();
-    // The name of what is to be made comes first, although the caller gives it second.
-    const int32_t result = guarded(datasetName, interchangePath);
-    releaseImport();
-    gridendC();
-    featendC();
-    baseendC();
-    return result;
+    const int32_t result = guarded([&] {
+        baseinitC();
+        featinitC();
+        rearmImport();
+        const int32_t kind = 0;
+        // The name of what is to be made comes first, although the caller gives it second.
+        IMPSUB(textOf(datasetName), textOf(interchangePath), kind);
+    });
+    // What an import that was unwound left open.
+    const int32_t released = guarded([] {
+        releaseImport();
+        gridendC();
+        featendC();
+        baseendC();
+    });
+    importRuns.clear();
+    return std::min(result, released);
 }

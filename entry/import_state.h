@@ -31,22 +31,22 @@ inline constexpr uint32_t kHighestKind = kStack;
 FixedText<16> kindLabel(int32_t kind);
 
 struct ImportState {
-    Name DSNAME;              // the name given to every section routine; rewritten in a stack
-    Name targetName;          // the name as the caller gave it
-    int32_t SECNUM = 0;       // section number of the section at hand
-    int32_t SECPRC = 0;       // its precision code
-    int32_t HDRPRC = 0;       // without a file header: the code that the section header itself said
-    int32_t PRCHNT = 0;       // what the precision pass found, 0 for nothing
-    int32_t IMPKND = 0;       // the kind of dataset being made
-    int32_t INFKND = 0;       // the kind as the table routines see it
-    Status IMPSTS = kSuccess; // status of the last operation
-    bool TINOPN = false;      // ENV has opened the TIN layer
-    bool INSTCK = false;      // the grids that follow are those of a stack
-    bool STKEND = false;      // the stack routine's answer: nothing more to do
-    bool IMPSKP = false;      // skip the side sections of the grid at hand
-    Handle STKUNT = 0;        // channel of the scratch list of grid names, 0 while there is none
-    Name STKNAM;              // path of that list
-    bool IMPFST = true;       // no section has been read yet
+    Name DSNAME;         // the name given to every section routine; rewritten in a stack
+    Name targetName;     // the name as the caller gave it
+    int32_t SECNUM = 0;  // section number of the section at hand
+    int32_t SECPRC = 0;  // its precision code
+    int32_t HDRPRC = 0;  // without a file header: the code that the section header itself said
+    int32_t PRCHNT = 0;  // what the precision pass found, 0 for nothing
+    int32_t IMPKND = 0;  // the kind of dataset being made
+    int32_t INFKND = 0;  // the kind as the table routines see it
+    Status IMPSTS = kSuccess;  // status of the last operation
+    bool TINOPN = false;       // ENV has opened the TIN layer
+    bool INSTCK = false;       // the grids that follow are those of a stack
+    bool STKEND = false;       // the stack routine's answer: nothing more to do
+    bool IMPSKP = false;       // skip the side sections of the grid at hand
+    Handle STKUNT = 0;         // channel of the scratch list of grid names, 0 while there is none
+    Name STKNAM;               // path of that list
+    bool IMPFST = true;        // no section has been read yet
 };
 
 }  // namespace intake

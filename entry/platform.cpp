@@ -3,7 +3,6 @@
 #include <dlfcn.h>
 
 #include <cstdio>
-#include <string>
 #include <string_view>
 
 namespace intake {
@@ -11,7 +10,11 @@ namespace intake {
 LibraryHandle LoadLibraryA(const char* name) {
     const std::string_view full(name);
     const std::string_view base = full.substr(0, full.rfind('.'));
-    return dlopen(("lib" + std::string(base) + ".so.0").c_str(), RTLD_NOW | RTLD_LOCAL);
+    char file[256];
+    const int length = std::snprintf(file, sizeof file, "lib%.*s.so.0",
+                                     static_cast<int>(base.size()), base.data());
+    if (length < 0 || static_cast<std::size_t>(length) >= sizeof file) return nullptr;
+    return dlopen(file, RTLD_NOW | RTLD_LOCAL);
 }
 
 void FreeLibrary(LibraryHandle library) {

@@ -39,9 +39,7 @@ void write(const int32_t* channel, std::string_view text, bool endsLine, int32_t
 
 namespace qxbase {
 
-void closeChannels() {
-    channels.closeAll();
-}
+void closeChannels() { channels.closeAll(); }
 
 }  // namespace qxbase
 
@@ -63,9 +61,7 @@ void acreat_(int32_t* channel, const char* name, int32_t* status, int32_t nameLe
     open(channel, status, {nullptr, std::make_unique<TextWriter>(std::move(file))});
 }
 
-void aclose_(const int32_t* channel) {
-    channels.close(*channel);
-}
+void aclose_(const int32_t* channel) { channels.close(*channel); }
 
 void aread_(const int32_t* channel, char* line, int32_t* count, int32_t* status,
             int32_t lineLength) {

@@ -45,9 +45,7 @@ void dcreat_(const char* directory, int32_t* status, int32_t directoryLength) {
         store::makeDirectory(std::string(textArgument(directory, directoryLength))) ? 0 : kFailed;
 }
 
-int32_t dcreatC(const char* directory) {
-    return store::makeDirectory(directory) ? 0 : kFailed;
-}
+int32_t dcreatC(const char* directory) { return store::makeDirectory(directory) ? 0 : kFailed; }
 
 void dexist_(const char* directory, int32_t* status, int32_t directoryLength) {
     *status =

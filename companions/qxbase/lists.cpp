@@ -60,8 +60,8 @@ void memget_(const int32_t* list, const int32_t* index, int32_t* element, int32_
         return;
     }
     const std::size_t place = (static_cast<std::size_t>(*index) - 1) * found->wordsPerElement;
-    std::copy_n(found->words.begin() + static_cast<std::ptrdiff_t>(place),
-                found->wordsPerElement, element);
+    std::copy_n(found->words.begin() + static_cast<std::ptrdiff_t>(place), found->wordsPerElement,
+                element);
     *status = 0;
 }
 

@@ -98,9 +98,7 @@ File openMember(const char* path, int32_t mode) {
 
 namespace qxbase {
 
-void closeMemberChannels() {
-    channels.closeAll();
-}
+void closeMemberChannels() { channels.closeAll(); }
 
 }  // namespace qxbase
 
@@ -127,6 +125,4 @@ int32_t MEM_Put(int32_t channel, int64_t first, int32_t count, const void* recor
     return found && found->put(first, count, static_cast<const std::byte*>(records)) ? 0 : -1;
 }
 
-void MEM_CloseChannel(int32_t channel) {
-    channels.close(channel);
-}
+void MEM_CloseChannel(int32_t channel) { channels.close(channel); }

@@ -2,12 +2,6 @@
 
 #include <cstdlib>
 
-void* QX_Alloc(size_t bytes) {
-    return std::malloc(bytes);
-}
-void* QX_Realloc(void* memory, size_t bytes) {
-    return std::realloc(memory, bytes);
-}
-void QX_Free(void* memory) {
-    std::free(memory);
-}
+void* QX_Alloc(size_t bytes) { return std::malloc(bytes); }
+void* QX_Realloc(void* memory, size_t bytes) { return std::realloc(memory, bytes); }
+void QX_Free(void* memory) { std::free(memory); }

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <deque>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,8 +24,9 @@ struct Host {
 };
 
 Host host;
-std::deque<std::string> values;
-std::string routine;  // of the next message, empty where it was not named
+// A call from another thread, to be told that an import is running, finds a queue of its own.
+thread_local std::vector<std::string> values;
+thread_local std::string routine;  // of the next message, empty where it was not named
 std::vector<void (*)()> beforeUnwinding;
 
 std::string escaped(std::string_view text) {
@@ -94,27 +94,17 @@ void clearMessages() {
 
 }  // namespace qxbase
 
-void mesink_(QxMessageSink sink, void* user) {
-    host = {sink, user};
-}
+void mesink_(QxMessageSink sink, void* user) { host = {sink, user}; }
 
 void meschr_(const char* text, const int32_t*, int32_t textLength) {
     values.push_back(escaped(textArgument(text, textLength)));
 }
 
-void mesint_(const int32_t* value) {
-    values.push_back(std::to_string(*value));
-}
+void mesint_(const int32_t* value) { values.push_back(std::to_string(*value)); }
 
-void inform_(const char* text, const int32_t*, int32_t length) {
-    give(QX_INFORM, text, length);
-}
-void warn_(const char* text, const int32_t*, int32_t length) {
-    give(QX_WARN, text, length);
-}
-void nonftl_(const char* text, const int32_t*, int32_t length) {
-    give(QX_NONFATAL, text, length);
-}
+void inform_(const char* text, const int32_t*, int32_t length) { give(QX_INFORM, text, length); }
+void warn_(const char* text, const int32_t*, int32_t length) { give(QX_WARN, text, length); }
+void nonftl_(const char* text, const int32_t*, int32_t length) { give(QX_NONFATAL, text, length); }
 
 void error_(const char* text, const int32_t*, int32_t length) {
     give(QX_ERROR, text, length);
@@ -126,13 +116,9 @@ void fatal_(const char* text, const int32_t*, int32_t length) {
     unwind();
 }
 
-void mesrtnC(const char* name) {
-    routine = name;
-}
+void mesrtnC(const char* name) { routine = name; }
 
-void nonftlC(const char* text) {
-    give(QX_NONFATAL, text, static_cast<int32_t>(std::strlen(text)));
-}
+void nonftlC(const char* text) { give(QX_NONFATAL, text, static_cast<int32_t>(std::strlen(text))); }
 
 void fatalC(const char* text) {
     give(QX_FATAL, text, static_cast<int32_t>(std::strlen(text)));

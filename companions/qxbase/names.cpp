@@ -24,9 +24,9 @@ void ename_(const char* path, char* name, int32_t pathLength, int32_t nameLength
 
 void ejoin_(const char* directory, const char* name, char* joined, int32_t directoryLength,
             int32_t nameLength, int32_t joinedLength) {
-    textResult(joined, joinedLength,
-               store::joinPath(textArgument(directory, directoryLength),
-                               textArgument(name, nameLength)));
+    textResult(
+        joined, joinedLength,
+        store::joinPath(textArgument(directory, directoryLength), textArgument(name, nameLength)));
 }
 
 void ejoins_(const char* directory, const char* name, char* joined, int32_t directoryLength,

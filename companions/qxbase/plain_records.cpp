@@ -1,4 +1,5 @@
 // Plain record files: the records alone.
+#include <algorithm>
 #include <memory>
 
 #include "companions/qxbase/state.h"
@@ -84,7 +85,8 @@ void iread_(const int32_t* handle, void* record, const int32_t* recordBytes, con
 
 void icount_(const int32_t* handle, int32_t* count) {
     PlainRecordFile* found = files.find(*handle);
-    *count = found ? static_cast<int32_t>(found->file.size() / found->recordBytes) : 0;
+    const int64_t records = found ? found->file.size() / found->recordBytes : 0;
+    *count = static_cast<int32_t>(std::clamp<int64_t>(records, 0, INT32_MAX));
 }
 
 void isize_(const int32_t* handle, int64_t* bytes) {

@@ -1,4 +1,5 @@
 // Record files with a header, as the C operations give them.
+#include <algorithm>
 #include <cstring>
 #include <memory>
 
@@ -61,7 +62,7 @@ void vopen_(int32_t* handle, const char* path, int32_t* code, int32_t* recordWor
     if (!reader) return;
     *code = reader->header().code;
     *recordWords = reader->header().recordBytes / kWordBytes;
-    *recordCount = static_cast<int32_t>(reader->count());
+    *recordCount = static_cast<int32_t>(std::min<int64_t>(reader->count(), INT32_MAX));
     *handle = files.add(std::make_unique<OpenFile>(OpenFile{nullptr, std::move(reader)}));
     *status = 0;
 }
@@ -71,9 +72,8 @@ void vwrite_(const int32_t* handle, const int32_t* number, const void* words,
     OpenFile* file = files.find(*handle);
     if (!file || !file->writer) return;
     const int32_t recordBytes = file->writer->header().recordBytes;
-    const bool lengthFits =
-        *count >= 0 && *count <= INT32_MAX / kWordBytes &&
-        (recordBytes == 0 || recordBytes == *count * kWordBytes);
+    const bool lengthFits = *count >= 0 && *count <= INT32_MAX / kWordBytes &&
+                            (recordBytes == 0 || recordBytes == *count * kWordBytes);
     if (!lengthFits) {
         file->failed = true;
         return;
@@ -112,8 +112,8 @@ void vread_(const int32_t* handle, const int32_t* number, void* words, const int
 void vhead_(const int32_t* handle, const void* words, const int32_t* count) {
     OpenFile* file = files.find(*handle);
     if (!file || !file->writer || *count < 0) return;
-    file->writer->setHost({static_cast<const std::byte*>(words),
-                           static_cast<std::size_t>(*count) * kWordBytes});
+    file->writer->setHost(
+        {static_cast<const std::byte*>(words), static_cast<std::size_t>(*count) * kWordBytes});
 }
 
 void vgethd_(const int32_t* handle, void* words, const int32_t* capacity, int32_t* count) {

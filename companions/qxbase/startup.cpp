@@ -1,17 +1,12 @@
 #include "host/qxbase/startup.h"
 
 #include "companions/qxbase/state.h"
+#include "companions/store/failures.h"
 #include "companions/store/open_files.h"
 
-namespace qxbase {
+namespace {
 
-void flushFiles() {
-    store::flushAll();
-}
-
-}  // namespace qxbase
-
-void baseendC() {
+void closeAll() {
     qxbase::closeChannels();
     qxbase::closePlainRecordFiles();
     qxbase::closeRecordFiles();
@@ -24,6 +19,20 @@ void baseendC() {
     qxbase::clearMessages();
 }
 
+}  // namespace
+
+namespace qxbase {
+
+void flushFiles() { store::flushAll(); }
+
+}  // namespace qxbase
+
+void baseendC() {
+    closeAll();
+    store::tellFailures();
+}
+
 void baseinitC() {
-    baseendC();
+    closeAll();
+    store::forgetFailures();
 }

@@ -19,8 +19,8 @@ void f772c(char* target, const char* source, int32_t sourceLength) {
     f772cee(target, source, sourceLength);
 }
 
-void chrstr_(const char* source, const int32_t* length, char* destination,
-             const int32_t* capacity, int32_t sourceCapacity) {
+void chrstr_(const char* source, const int32_t* length, char* destination, const int32_t* capacity,
+             int32_t sourceCapacity) {
     const int32_t kept = std::clamp(*length, 0, std::max(0, std::min(*capacity, sourceCapacity)));
     qx::textResult(destination, *capacity, {source, static_cast<std::size_t>(kept)});
 }

@@ -76,9 +76,7 @@ int32_t openMember(std::string_view path, const Member& member) {
 
 namespace qxbase {
 
-void closeSurfaces() {
-    surfaces.closeAll();
-}
+void closeSurfaces() { surfaces.closeAll(); }
 
 }  // namespace qxbase
 
@@ -141,6 +139,4 @@ void tinget_(const int32_t* handle, const int32_t* member, const int64_t* first,
     }
 }
 
-void tincls_(const int32_t* handle) {
-    surfaces.close(*handle);
-}
+void tincls_(const int32_t* handle) { surfaces.close(*handle); }

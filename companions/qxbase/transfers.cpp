@@ -49,9 +49,7 @@ int64_t limitOf(std::string_view path) {
 
 namespace qxbase {
 
-void closeTransfers() {
-    transfers.closeAll();
-}
+void closeTransfers() { transfers.closeAll(); }
 
 }  // namespace qxbase
 
@@ -78,6 +76,4 @@ void mxfer_(const int32_t* channel, const int32_t* count, const void* bytes) {
         {static_cast<const std::byte*>(bytes), static_cast<std::size_t>(*count) * kUnitBytes});
 }
 
-void mclose_(const int32_t* channel) {
-    transfers.close(*channel);
-}
+void mclose_(const int32_t* channel) { transfers.close(*channel); }

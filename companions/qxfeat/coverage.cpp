@@ -2,6 +2,7 @@
 
 #include "companions/qxfeat/state.h"
 #include "companions/qxfeat/subclasses.h"
+#include "companions/store/failures.h"
 #include "companions/store/member_names.h"
 #include "companions/store/open_files.h"
 #include "companions/store/words.h"
@@ -47,13 +48,7 @@ std::unique_ptr<RecordWriter> createFeatures(std::string_view coverage, int32_t 
     if (hasSubclasses(code) && !store::exists(path) && !noteSubclass(coverage, code, subclass)) {
         return nullptr;
     }
-    auto writer = RecordWriter::create(path, header, true);
-    // What stands there may be another kind of file, or one that is damaged.
-    if (writer && (writer->header().code != code ||
-                   writer->header().recordBytes != shape.bytes(writer->header().realBytes))) {
-        return nullptr;
-    }
-    return writer;
+    return RecordWriter::create(path, header, true);
 }
 
 std::unique_ptr<RecordReader> openFeatures(std::string_view coverage, int32_t code,
@@ -66,7 +61,8 @@ std::unique_ptr<RecordReader> openFeatures(std::string_view coverage, int32_t co
 }  // namespace qxfeat
 
 void featinitC() {
-    featendC();
+    qxfeat::closeFeatures();
+    store::forgetFailures();
     precision = kDoubleType;
     onunwC(store::flushAll);
 }
@@ -74,6 +70,7 @@ void featinitC() {
 void featendC() {
     qxfeat::closeFeatures();
     qxfeat::closeSubclassWalks();
+    store::tellFailures();
 }
 
 int32_t cval_(const int32_t* selector) {
@@ -81,12 +78,8 @@ int32_t cval_(const int32_t* selector) {
     return *selector == kPrecision ? precision : 0;
 }
 
-void c32bit_() {
-    precision = kSingleType;
-}
-void c64bit_() {
-    precision = kDoubleType;
-}
+void c32bit_() { precision = kSingleType; }
+void c64bit_() { precision = kDoubleType; }
 
 void ccreat_(const char* coverage, int32_t* status, int32_t coverageLength) {
     *status = kFailed;

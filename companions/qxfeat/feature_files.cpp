@@ -1,5 +1,7 @@
 #include "companions/qxfeat/feature_files.h"
 
+#include <algorithm>
+
 #include "companions/qxfeat/state.h"
 
 namespace qxfeat {
@@ -9,9 +11,7 @@ store::HandleTable<FeatureFile>& featureFiles() {
     return files;
 }
 
-void closeFeatures() {
-    featureFiles().closeAll();
-}
+void closeFeatures() { featureFiles().closeAll(); }
 
 void enterWriter(int32_t* handle, int32_t* status, std::unique_ptr<store::RecordWriter> writer) {
     *status = kFailed;
@@ -49,7 +49,7 @@ store::RecordReader* findReader(const int32_t* handle) {
 
 void countRecords(const int32_t* handle, int32_t* count) {
     store::RecordReader* reader = findReader(handle);
-    *count = reader ? static_cast<int32_t>(reader->count()) : 0;
+    *count = reader ? static_cast<int32_t>(std::min<int64_t>(reader->count(), INT32_MAX)) : 0;
 }
 
 void goToRecord(const int32_t* handle, const int32_t* record, int32_t* status) {

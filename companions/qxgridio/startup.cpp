@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include "companions/qxgridio/state.h"
+#include "companions/store/failures.h"
 #include "companions/store/open_files.h"
 #include "host/qxbase/messages.h"
 #include "host/qxgridio/grids.h"
@@ -32,9 +33,7 @@ int32_t enterReader(std::unique_ptr<RasterReader> reader) {
     return openRasters().add(std::make_unique<OpenRaster>(OpenRaster{nullptr, std::move(reader)}));
 }
 
-void flushOnUnwinding() {
-    onunwC(store::flushAll);
-}
+void flushOnUnwinding() { onunwC(store::flushAll); }
 
 MadeRaster makeRaster(const std::string& dataset, const RasterHeader& header) {
     flushOnUnwinding();
@@ -48,10 +47,9 @@ MadeRaster makeRaster(const std::string& dataset, const RasterHeader& header) {
 
 }  // namespace qxgridio
 
-void GridIOInit() {
-    qxgridio::flushOnUnwinding();
-}
+void GridIOInit() { qxgridio::flushOnUnwinding(); }
 
 void gridendC() {
     qxgridio::openRasters().closeAll();
+    store::tellFailures();
 }

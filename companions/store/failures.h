@@ -7,16 +7,11 @@
 
 namespace store {
 
-struct Failure {
-    std::string path;
-    int error = 0;  // errno
-    explicit operator bool() const { return error != 0; }
-};
-
-// Keeps the first failure since the last forgetFailures.
+// Keeps the first failure since the last forgetFailures: the file, and errno.
 void rememberFailure(const std::string& path, int error) noexcept;
-const Failure& firstFailure();
 void forgetFailures();
+// Gives the failure as a message that does not end anything, and forgets it.
+void tellFailures();
 
 }  // namespace store
 

@@ -40,10 +40,14 @@ File::~File() { close(); }
 File File::read(const std::string& path) {
     File file;
     file.path_ = path;
-    file.descriptor_ = openRetrying(path.c_str(), O_RDONLY);
-    if (file.isOpen() && isDirectory(path)) {
+    // Whatever has no bytes at a position (a directory, a pipe, a device) is no file to read, and
+    // is not waited for.
+    file.descriptor_ = openRetrying(path.c_str(), O_RDONLY | O_NONBLOCK);
+    struct stat information {};
+    if (file.isOpen() &&
+        (::fstat(file.descriptor_, &information) != 0 || !S_ISREG(information.st_mode))) {
         file.close();
-        errno = EISDIR;
+        errno = EINVAL;
     }
     return file;
 }

@@ -18,8 +18,8 @@ class File {
 
     enum class Creation { kAnew, kMustBeNew, kKeep };
 
-    // Open a file; on failure the result is not open and errno tells why. A path that names a
-    // symbolic link is not followed when a file is created.
+    // Open a file; on failure the result is not open and errno tells why. Only a regular file is
+    // read. A path that names a symbolic link is not followed when a file is created.
     static File read(const std::string& path);
     static File readWrite(const std::string& path);
     static File create(const std::string& path, Creation creation);

@@ -25,14 +25,14 @@ struct RecordHeader {
     static constexpr std::size_t kHostBytes = 36;
     static constexpr std::size_t kLabelBytes = 32;
 
-    int32_t code = 0;                // what the file is: its file code
-    std::array<int32_t, 3> kept{};   // three integers that the creator gave
-    int32_t recordBytes = 0;         // bytes in a record, 0 for records of any length
-    int32_t realBytes = 8;           // bytes of a coordinate: 4 single, 8 double precision
-    int64_t count = -1;              // records, -1 while the file is being written
-    int32_t hostBytes = 0;           // how much of host is set
+    int32_t code = 0;               // what the file is: its file code
+    std::array<int32_t, 3> kept{};  // three integers that the creator gave
+    int32_t recordBytes = 0;        // bytes in a record, 0 for records of any length
+    int32_t realBytes = 8;          // bytes of a coordinate: 4 single, 8 double precision
+    int64_t count = -1;             // records, -1 while the file is being written
+    int32_t hostBytes = 0;          // how much of host is set
     std::array<std::byte, kHostBytes> host{};
-    std::string label;               // the subclass, at most 32 bytes
+    std::string label;  // the subclass, at most 32 bytes
 
     std::array<std::byte, kBytes> bytes() const;
     // False if the bytes are no such header.
@@ -42,9 +42,10 @@ struct RecordHeader {
 class RecordWriter : public Buffered {
   public:
     // Creates the file anew, or with append goes on behind the records of an existing one, whose
-    // header then counts. Null on failure.
-    static std::unique_ptr<RecordWriter> create(const std::string& path,
-                                                const RecordHeader& header, bool append = false);
+    // header then counts: it must have the same code, record length and coordinates. Null on
+    // failure.
+    static std::unique_ptr<RecordWriter> create(const std::string& path, const RecordHeader& header,
+                                                bool append = false);
     ~RecordWriter() override { close(); }
 
     const RecordHeader& header() const { return header_; }
@@ -54,9 +55,10 @@ class RecordWriter : public Buffered {
     // Room for the next record, to be filled before any other call. In a file of fixed records
     // bytes is the length of one.
     std::byte* append(std::size_t bytes) {
+        const bool fixed = header_.recordBytes != 0;
+        std::byte* place = appender_.reserve(fixed ? bytes : bytes + 4);
         ++count_;
-        if (header_.recordBytes != 0) return appender_.reserve(bytes);
-        std::byte* place = appender_.reserve(bytes + 4);
+        if (fixed) return place;
         putLength(place, bytes);
         return place + 4;
     }
@@ -68,7 +70,9 @@ class RecordWriter : public Buffered {
 
   private:
     RecordWriter(File file, int64_t position, RecordHeader header);
+    static std::unique_ptr<RecordWriter> goOn(const std::string& path, const RecordHeader& header);
     static void putLength(std::byte* place, std::size_t bytes);
+    void begin();
     void writeHeader();
 
     Appender appender_;

@@ -28,13 +28,12 @@ std::unique_ptr<RecordReader> RecordReader::open(const std::string& path) {
 std::span<const std::byte> RecordReader::window(int64_t position, std::size_t bytes) {
     const int64_t left = size_ - position;
     if (left < static_cast<int64_t>(bytes)) return {};
-    const bool inside = position >= bufferStart_ &&
-                        position + static_cast<int64_t>(bytes) <=
-                            bufferStart_ + static_cast<int64_t>(bufferUsed_);
+    const bool inside =
+        position >= bufferStart_ &&
+        position + static_cast<int64_t>(bytes) <= bufferStart_ + static_cast<int64_t>(bufferUsed_);
     if (!inside) {
         const std::size_t wanted = std::max(bytes, kWindowBytes);
-        const auto fill = static_cast<std::size_t>(
-            std::min(left, static_cast<int64_t>(wanted)));
+        const auto fill = static_cast<std::size_t>(std::min(left, static_cast<int64_t>(wanted)));
         if (buffer_.size() < fill) buffer_.resize(fill);
         const int64_t count = file_.readAt(position, {buffer_.data(), fill});
         bufferStart_ = position;

@@ -8,37 +8,51 @@ namespace store {
 RecordWriter::RecordWriter(File file, int64_t position, RecordHeader header)
     : appender_(std::move(file), position), header_(std::move(header)), count_(header_.count) {}
 
+std::unique_ptr<RecordWriter> RecordWriter::goOn(const std::string& path,
+                                                 const RecordHeader& header) {
+    auto reader = RecordReader::open(path);
+    if (!reader) return nullptr;
+    RecordHeader kept = reader->header();
+    if (kept.code != header.code || kept.recordBytes != header.recordBytes ||
+        kept.realBytes != header.realBytes) {
+        return nullptr;
+    }
+    // What counts is what can be read. A record that a failure cut short goes.
+    const int64_t claimed = kept.count;
+    int64_t end = RecordHeader::kBytes;
+    if (kept.recordBytes != 0) {
+        kept.count = reader->count();
+        end += kept.count * kept.recordBytes;
+    } else {
+        std::span<const std::byte> record;
+        while (reader->next(record)) end += 4 + static_cast<int64_t>(record.size());
+        kept.count = reader->number();
+    }
+    // The words of a file that was cut off may speak of records that never reached it.
+    if (kept.count != claimed) kept.hostBytes = 0;
+    File file = File::readWrite(path);
+    if (!file.isOpen() || !file.truncate(end)) return nullptr;
+    std::unique_ptr<RecordWriter> writer(new RecordWriter(std::move(file), end, kept));
+    writer->begin();
+    return writer;
+}
+
 std::unique_ptr<RecordWriter> RecordWriter::create(const std::string& path,
                                                    const RecordHeader& header, bool append) {
-    if (append && exists(path)) {
-        auto reader = RecordReader::open(path);
-        if (!reader) return nullptr;
-        RecordHeader kept = reader->header();
-        // The words of a file that was cut off may speak of records that never reached it.
-        if (kept.count < 0) kept.hostBytes = 0;
-        kept.count = reader->count();
-        // A record that a failure cut short is overwritten by the next one.
-        std::span<const std::byte> record;
-        int64_t end = RecordHeader::kBytes;
-        if (kept.recordBytes != 0) {
-            end += kept.count * kept.recordBytes;
-        } else {
-            while (reader->next(record)) end += 4 + static_cast<int64_t>(record.size());
-        }
-        File file = File::readWrite(path);
-        if (!file.isOpen()) return nullptr;
-        std::unique_ptr<RecordWriter> writer(new RecordWriter(std::move(file), end, kept));
-        return writer;
-    }
+    if (append && exists(path)) return goOn(path, header);
     File file = File::create(path, File::Creation::kAnew);
     if (!file.isOpen()) return nullptr;
     RecordHeader fresh = header;
     fresh.count = 0;
     std::unique_ptr<RecordWriter> writer(
         new RecordWriter(std::move(file), RecordHeader::kBytes, fresh));
-    writer->header_.count = -1;
-    writer->writeHeader();
+    writer->begin();
     return writer;
+}
+
+void RecordWriter::begin() {
+    header_.count = -1;
+    writeHeader();
 }
 
 void RecordWriter::putLength(std::byte* place, std::size_t bytes) {
@@ -58,9 +72,7 @@ void RecordWriter::setHost(std::span<const std::byte> bytes) {
     header_.hostBytes = static_cast<int32_t>(kept);
 }
 
-void RecordWriter::writeHeader() {
-    appender_.file().writeAt(0, header_.bytes());
-}
+void RecordWriter::writeHeader() { appender_.file().writeAt(0, header_.bytes()); }
 
 void RecordWriter::flush() {
     appender_.flush();
