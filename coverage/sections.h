@@ -9,6 +9,17 @@ namespace intake {
 // Each takes the coverage's name, the section's precision code, and a status: kSuccess when the
 // section was read to its end, kReported when its file could not be made.
 void IMPARC(const Name& dataset, const int32_t& precision, Status& status);
+void IMPLAB(const Name& dataset, const int32_t& precision, Status& status);
+void IMPCNT(const Name& dataset, const int32_t& precision, Status& status);
+void IMPPAL(const Name& dataset, const int32_t& precision, Status& status);
+void IMPPFF(const Name& dataset, const int32_t& precision, Status& status);
+void IMPLNK(const Name& dataset, const int32_t& precision, Status& status);
+void IMPRXP(const Name& dataset, const int32_t& precision, Status& status);
+void IMPRPL(const Name& dataset, const int32_t& precision, Status& status);
+
+// Texts and integers alone, so that the precision does not matter.
+void IMPADP(const Name& dataset, Status& status);
+void IMPADI(const Name& dataset, Status& status);
 
 }  // namespace intake
 

@@ -37,8 +37,8 @@ void dumpArcs(Dump& dump, const Dataset& dataset) {
         line.field("number", number).field("userId", arc.userId);
         line.field("fromNode", arc.fromNode).field("toNode", arc.toNode);
         line.field("leftPolygon", arc.leftPolygon).field("rightPolygon", arc.rightPolygon);
-        line.key("vertices").pairs(
-            {vertices.data(), static_cast<std::size_t>(arc.vertexCount) * 2});
+        line.key("vertices")
+            .pairs({vertices.data(), static_cast<std::size_t>(arc.vertexCount) * 2});
     }
     call(arccls_, arcs);
 }

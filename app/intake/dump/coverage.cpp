@@ -18,6 +18,14 @@ struct FeatureClass {
 
 constexpr FeatureClass kFeatures[] = {
     {"arc", countArcs, dumpArcs},
+    {"label", countLabels, dumpLabels},
+    {"centroid", countCentroids, dumpCentroids},
+    {"polygon", countPolygons, dumpPolygons},
+    {"link", countLinks, dumpLinks},
+    {"addressText", countAddressTexts, dumpAddressTexts},
+    {"addressIntegers", countAddressIntegers, dumpAddressIntegers},
+    {"regionPair", countRegionPairs, dumpRegionPairs},
+    {"region", countRegions, dumpRegions},
 };
 
 }  // namespace
