@@ -1,6 +1,7 @@
 #include "entry/section_table.h"
 
 #include "coverage/sections.h"
+#include "plots/sections.h"
 #include "stream/section_codes.h"
 #include "symbols/sections.h"
 #include "tin/sections.h"
@@ -35,7 +36,7 @@ constexpr std::array<SectionRow, 47> kRows = {{
     {"LNK", kCoverage, kNext, withPrecision<IMPLNK>},
     {"ADP", kCoverage, kNext, plain<IMPADP>},
     {"ADI", kCoverage, kNext, plain<IMPADI>},
-    {"PLT", kPlotFile, kEnd, nullptr},
+    {"PLT", kPlotFile, kEnd, plain<IMPPLT>},
     {"ENV", kTin, kNext, plain<IMPENV>},
     {"NXY", kTin, kNext, plain<IMPNXY>},
     {"NZ", kTin, kNext, plain<IMPNZ>},
@@ -49,7 +50,7 @@ constexpr std::array<SectionRow, 47> kRows = {{
     {"CMK", kMarkersetFile, kEnd, plain<IMPCMK>},
     {"CSH", kShadesetFile, kEnd, plain<IMPCSH>},
     {"CTX", kTextsetFile, kEnd, plain<IMPCTX>},
-    {"MAP", kMap, kEnd, nullptr},
+    {"MAP", kMap, kEnd, plain<IMPMAP>},
     {"SIN", kCoverage, kNext, nullptr},
     {"LOG", kCoverage, kNext, nullptr},
     {"PRJ", kCoverage, kNext, nullptr},

@@ -11,6 +11,7 @@
 #include "host/qxbase/memory.h"
 #include "host/qxbase/messages.h"
 #include "host/qxbase/names.h"
+#include "host/qxbase/plots.h"
 #include "host/qxbase/progress.h"
 #include "host/qxbase/records.h"
 #include "host/qxbase/startup.h"

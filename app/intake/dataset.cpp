@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "app/intake/plots.h"
 #include "app/intake/symbol_sets.h"
 #include "host/cpp/call.h"
 #include "host/qxbase.h"
@@ -36,6 +37,9 @@ struct Recognizer {
 constexpr Recognizer kCertain[] = {
     {"Coverage", isCoverage},
     {"TIN", isTin},
+    {"Plot File", isPlot},
+    // A directory that is nothing else and holds plot files alone.
+    {"Map", isMap},
 };
 
 template <const char* kind>

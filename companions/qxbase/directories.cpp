@@ -2,12 +2,16 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <climits>
+#include <filesystem>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "companions/qxbase/state.h"
 #include "companions/store/file.h"
+#include "companions/store/handle_table.h"
 #include "companions/store/member_names.h"
 #include "host/cpp/fixed_text.h"
 
@@ -22,6 +26,14 @@ constexpr int32_t kFailed = 1;
 // to the host and stays what it is.
 std::vector<std::string> entered;
 
+// The names of an open directory.
+struct Listing {
+    std::vector<std::string> names;
+    std::size_t next = 0;
+};
+
+store::HandleTable<Listing> listings;
+
 std::string currentDirectory() {
     if (!entered.empty()) return entered.back();
     char path[PATH_MAX];
@@ -32,7 +44,10 @@ std::string currentDirectory() {
 
 namespace qxbase {
 
-void leaveDirectories() { entered.clear(); }
+void leaveDirectories() {
+    entered.clear();
+    listings.closeAll();
+}
 
 std::string located(std::string_view name) {
     return entered.empty() ? std::string(name) : store::joinPath(entered.back(), name);
@@ -67,6 +82,30 @@ void dpush_(const char* directory, int32_t* status, int32_t directoryLength) {
 void dpop_() {
     if (!entered.empty()) entered.pop_back();
 }
+
+void dopen_(int32_t* handle, const char* directory, int32_t* status, int32_t directoryLength) {
+    Listing listing;
+    std::error_code failure;
+    const std::string path = qxbase::located(textArgument(directory, directoryLength));
+    for (std::filesystem::directory_iterator each(path, failure), end; !failure && each != end;
+         each.increment(failure)) {
+        listing.names.push_back(each->path().filename().string());
+    }
+    *status = failure ? kFailed : 0;
+    if (failure) return;
+    std::sort(listing.names.begin(), listing.names.end());
+    *handle = listings.add(std::make_unique<Listing>(std::move(listing)));
+}
+
+void dread_(const int32_t* handle, char* name, int32_t* status, int32_t nameLength) {
+    Listing* listing = listings.find(*handle);
+    *status = -1;
+    if (!listing || listing->next == listing->names.size()) return;
+    textResult(name, nameLength, listing->names[listing->next++]);
+    *status = 0;
+}
+
+void dclose_(const int32_t* handle) { listings.close(*handle); }
 
 void creift_(const char* path, int32_t* status, int32_t pathLength) {
     const std::string info = store::infoDirectory(textArgument(path, pathLength));

@@ -10,6 +10,7 @@ void closeAll() {
     qxbase::closeChannels();
     qxbase::closePlainRecordFiles();
     qxbase::closeRecordFiles();
+    qxbase::closePlots();
     qxbase::closeLists();
     qxbase::closeBitmaps();
     qxbase::closeTransfers();

@@ -11,6 +11,7 @@ void clearMessages();
 void closeChannels();
 void closePlainRecordFiles();
 void closeRecordFiles();
+void closePlots();
 void closeLists();
 void closeBitmaps();
 void closeTransfers();

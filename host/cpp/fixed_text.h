@@ -75,6 +75,9 @@ class FixedText {
     friend bool operator==(const FixedText& left, std::string_view right) {
         return left.view() == trimText(right);
     }
+    friend bool operator==(const FixedText& left, const char* right) {
+        return left == std::string_view(right);
+    }
     friend bool operator==(const FixedText& left, const FixedText& right) {
         return left.characters_ == right.characters_;
     }

@@ -25,6 +25,13 @@ QX_API void dget_(char* directory, int32_t directoryLength);
 QX_API void dpush_(const char* directory, int32_t* status, int32_t directoryLength);
 QX_API void dpop_(void);
 
+/* Opens a directory to read the names in it, "." and ".." not among them, in the order of their
+ * bytes. dread_ gives the next name; status -1 behind the last. */
+QX_API void dopen_(int32_t* handle, const char* directory, int32_t* status,
+                   int32_t directoryLength);
+QX_API void dread_(const int32_t* handle, char* name, int32_t* status, int32_t nameLength);
+QX_API void dclose_(const int32_t* handle);
+
 /* Creates the INFO directory of a workspace: that of the directory which holds the given path.
  * Does nothing if it is there. */
 QX_API void creift_(const char* path, int32_t* status, int32_t pathLength);

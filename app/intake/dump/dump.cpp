@@ -11,12 +11,20 @@ struct Kind {
     void (*dump)(Dump& dump, const Dataset& dataset);
 };
 
+// One line a kind.
+// clang-format off
 constexpr Kind kKinds[] = {
-    {"Coverage", dumpCoverage},        {"TIN", dumpTin},
-    {"Font File", dumpFont},           {"Lineset File", dumpSymbolSet},
-    {"Markerset File", dumpSymbolSet}, {"Shadeset File", dumpSymbolSet},
+    {"Coverage", dumpCoverage},
+    {"TIN", dumpTin},
+    {"Plot File", dumpPlot},
+    {"Map", dumpMap},
+    {"Font File", dumpFont},
+    {"Lineset File", dumpSymbolSet},
+    {"Markerset File", dumpSymbolSet},
+    {"Shadeset File", dumpSymbolSet},
     {"Textset File", dumpSymbolSet},
 };
+// clang-format on
 
 }  // namespace
 

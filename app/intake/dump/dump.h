@@ -36,6 +36,8 @@ void dumpCoverage(Dump& dump, const Dataset& dataset);
 void dumpTin(Dump& dump, const Dataset& dataset);
 void dumpSymbolSet(Dump& dump, const Dataset& dataset);
 void dumpFont(Dump& dump, const Dataset& dataset);
+void dumpPlot(Dump& dump, const Dataset& dataset);
+void dumpMap(Dump& dump, const Dataset& dataset);
 
 }  // namespace program
 
