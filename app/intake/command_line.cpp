@@ -8,6 +8,7 @@
 #include "app/intake/dump/dump.h"
 #include "app/intake/import.h"
 #include "app/intake/pack.h"
+#include "app/intake/show/show.h"
 
 namespace program {
 
@@ -17,6 +18,7 @@ constexpr char kExamples[] =
     R"(Examples:
   intake import roads.e00 roads             rebuild the dataset of an interchange file
   intake import --json roads.e00 roads      ... and tell the outcome as one JSON object
+  intake show roads                         what it is, and what it holds
   intake dump roads                         print every record, one JSON object a line
   intake dump roads --class arc             ... of one class only
   intake pack roads.e00 small.e00           the same file in compressed form
@@ -47,6 +49,32 @@ void addImport(CLI::App& app, Console& console, int& status) {
     command->callback([=, &console, &status] { status = importFile(*options, console); });
 }
 
+// What a command wrote has to reach its reader.
+void finishOutput(Console& console) {
+    console.output.flush();
+    if (!console.output) throw std::runtime_error("could not write the output");
+}
+
+void addShow(CLI::App& app, Console& console, int& status) {
+    auto* command = app.add_subcommand("show", "Tell what a dataset is and what it holds");
+    auto path = std::make_shared<std::string>();
+    auto kind = std::make_shared<std::string>();
+    auto asJson = std::make_shared<bool>(false);
+    command->add_option("DATASET", *path, "The path that was imported to")->required();
+    command->add_flag("--json", *asJson, "Print one JSON object");
+    addKind(*command, *kind);
+    command->callback([=, &console, &status] {
+        const Description description = describe(*path, *kind);
+        if (*asJson) {
+            console.output << description.dump() << '\n';
+        } else {
+            print(description, console.output);
+        }
+        finishOutput(console);
+        status = kDone;
+    });
+}
+
 void addDump(CLI::App& app, Console& console, int& status) {
     auto* command = app.add_subcommand("dump", "Print every record of a dataset as JSON Lines");
     auto path = std::make_shared<std::string>();
@@ -58,8 +86,7 @@ void addDump(CLI::App& app, Console& console, int& status) {
     addKind(*command, options->kind);
     command->callback([=, &console, &status] {
         dump(*path, *options, console.output);
-        console.output.flush();
-        if (!console.output) throw std::runtime_error("could not write the dump");
+        finishOutput(console);
         status = kDone;
     });
 }
@@ -93,6 +120,7 @@ int run(const std::vector<std::string>& arguments, Console& console) {
     app.set_version_flag("--version", "intake " INTAKE_VERSION);
     app.require_subcommand(1);
     addImport(app, console, status);
+    addShow(app, console, status);
     addDump(app, console, status);
     addPack(app, console, status, true);
     addPack(app, console, status, false);

@@ -69,6 +69,14 @@ class Input {
         qx::call(aopen_, intake::reader.IMPUNT, intake::reader.IMPNAM, status);
         if (status != 0) intake::error("Could not open %1%", intake::reader.IMPNAM);
         intake::RDVER(intake::reader.IMPUNT);
+        if (intake::reader.NOHEAD == 1) {
+            // The importer works out the precision of such a file from its arcs, but only of one
+            // without a header line.
+            intake::warn(
+                "%1% has no header line; what is written has one and is read as its "
+                "section headers say",
+                intake::reader.IMPNAM);
+        }
     }
 
     // The next lines, none at the end of the file.
