@@ -3,8 +3,10 @@
 #include "coverage/sections.h"
 #include "entry/import_state.h"
 #include "entry/section_table.h"
+#include "entry/stack_grids.h"
 #include "host/qxbase.h"
 #include "host/qxfeat.h"
+#include "raster/sections.h"
 #include "stream/format.h"
 #include "stream/reader.h"
 #include "stream/report.h"
@@ -91,12 +93,29 @@ void restoreEnvironment(const SectionRow& row) {
     import.TINOPN = true;
 }
 
+Step dispatchStack(const SectionRow& row) {
+    openScratchList(import);
+    runRoutine(row);
+    if (import.IMPSTS != kSuccess) {
+        dropScratchList(import, import.IMPSTS);
+        // The name of the list and not of the stack. Stays.
+        fatal("Error in importing stack %1%.", import.STKNAM);
+    }
+    if (import.STKEND) return Step::kFinish;
+    import.INSTCK = true;
+    return Step::kNext;
+}
+
 Step dispatch(const SectionRow& row) {
     if (row.code == "ENV") {
         restoreEnvironment(row);
         return Step::kNext;
     }
+    if (row.code == "STK") return dispatchStack(row);
+    // Metadata of a skipped grid is passed over by the search for the next section.
+    if (import.IMPSKP && (row.code == "MTD" || row.code == "IMD")) return Step::kNext;
     runRoutine(row);
+    if (import.INSTCK && import.IMPSKP) turnFromSkippedGrid(import);
     return row.after == After::kEnd ? Step::kFinish : Step::kNext;
 }
 
@@ -120,6 +139,7 @@ bool runSections(int32_t kind) {
         import.INFKND = raster ? kCoverage : import.IMPKND;
         import.IMPSTS = kSuccess;
         if (import.SECNUM == kEndOfFileSection) return true;
+        if (import.INSTCK && import.SECNUM == kGridSection) goToNextGrid(import);
         const bool tableSection = row->code == "IFO" || row->code == "IMD";
         if (import.IMPKND == kInfoDatafile && !tableSection) continue;
         if (dispatch(*row) == Step::kFinish) return true;
@@ -128,10 +148,8 @@ bool runSections(int32_t kind) {
 
 void finish() {
     if (import.INSTCK) {
-        call(aclose_, import.STKUNT);
-        import.STKUNT = 0;
         // Its status replaces that of the last section. Stays.
-        call(adelet_, import.STKNAM, import.IMPSTS);
+        dropScratchList(import, import.IMPSTS);
     }
     call(aclose_, reader.IMPUNT);
     if (import.IMPSTS != kSuccess) error("Error in importing");
@@ -159,18 +177,17 @@ void IMPSUB(std::string_view dataset, std::string_view file, const int32_t& kind
 }
 
 void rearmImport() {
+    rearmRaster();
     import = {};
     reader = {};
     rearmTin();
 }
 
 void releaseImport() {
-    if (import.STKUNT != 0) {
-        Status status = kSuccess;
-        call(aclose_, import.STKUNT);
-        call(adelet_, import.STKNAM, status);
-    }
+    rearmRaster();
     rearmTin();
+    Status status = kSuccess;
+    if (import.STKUNT != 0) dropScratchList(import, status);
 }
 
 }  // namespace intake

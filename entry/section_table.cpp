@@ -2,6 +2,7 @@
 
 #include "coverage/sections.h"
 #include "plots/sections.h"
+#include "raster/sections.h"
 #include "stream/section_codes.h"
 #include "symbols/sections.h"
 #include "tin/sections.h"
@@ -18,6 +19,12 @@ void withPrecision(ImportState& import) {
 template <auto routine>
 void plain(ImportState& import) {
     routine(import.DSNAME, import.IMPSTS);
+}
+void importGrid(ImportState& import) {
+    IMPGRD(import.DSNAME, import.INSTCK, import.IMPSKP, import.IMPSTS);
+}
+void importStack(ImportState& import) {
+    IMPSTK(import.DSNAME, import.STKUNT, import.STKEND, import.IMPSTS);
 }
 
 constexpr auto kNext = After::kNext;
@@ -44,7 +51,7 @@ constexpr std::array<SectionRow, 47> kRows = {{
     {"EDG", kTin, kNext, plain<IMPEDG>},
     {"HUL", kTin, kNext, plain<IMPHUL>},
     {"NID", kTin, kNext, plain<IMPNID>},
-    {"LAT", kLattice, kEnd, nullptr},
+    {"LAT", kLattice, kEnd, plain<IMPLAT>},
     {"FNT", kFontFile, kEnd, plain<IMPFNT>},
     {"CLN", kLinesetFile, kEnd, plain<IMPCLN>},
     {"CMK", kMarkersetFile, kEnd, plain<IMPCMK>},
@@ -55,12 +62,12 @@ constexpr std::array<SectionRow, 47> kRows = {{
     {"LOG", kCoverage, kNext, nullptr},
     {"PRJ", kCoverage, kNext, nullptr},
     {"TMK", kTin, kNext, plain<IMTMSK>},
-    {"GRD", kGrid, kNext, nullptr},
+    {"GRD", kGrid, kNext, importGrid},
     {"TX6", kCoverage, kNext, nullptr},
     {"CS6", kShadesetFile, kEnd, plain<IMPCS6>},
     {"CL6", kLinesetFile, kEnd, plain<IMPCL6>},
     {"CM6", kMarkersetFile, kEnd, plain<IMPCM6>},
-    {"STK", kStack, kNext, nullptr},
+    {"STK", kStack, kNext, importStack},
     {"CL7", kLinesetFile, kEnd, plain<IMPCL7>},
     {"CM7", kMarkersetFile, kEnd, plain<IMPCM7>},
     {"CT7", kTextsetFile, kEnd, plain<IMPCT7>},
@@ -91,8 +98,6 @@ const SectionRow* findSectionRow(int32_t number) {
     return nullptr;
 }
 
-const std::array<SectionRow, 47>& sectionTable() {
-    return kRows;
-}
+const std::array<SectionRow, 47>& sectionTable() { return kRows; }
 
 }  // namespace intake

@@ -8,6 +8,7 @@
 #include "host/cpp/call.h"
 #include "host/qxbase.h"
 #include "host/qxfeat.h"
+#include "host/qxgridio.h"
 
 namespace program {
 
@@ -28,6 +29,22 @@ bool isTin(const std::string& path) {
     return true;
 }
 
+template <int32_t kind>
+bool isRaster(const std::string& path) {
+    int32_t raster = 0;
+    int32_t status = 0;
+    qx::call(rasopn_, raster, std::string_view(path), kind, status);
+    if (status == 0) qx::call(rascls_, raster);
+    return status == 0;
+}
+
+bool isStack(const std::string& path) {
+    int32_t count = 0;
+    int32_t status = 0;
+    qx::call(saknly_, std::string_view(path), count, status);
+    return status == 0;
+}
+
 struct Recognizer {
     const char* kind;
     bool (*fits)(const std::string& path);
@@ -37,6 +54,9 @@ struct Recognizer {
 constexpr Recognizer kCertain[] = {
     {"Coverage", isCoverage},
     {"TIN", isTin},
+    {"Lattice", isRaster<QX_LATTICE>},
+    {"Grid", isRaster<QX_GRID>},
+    {"Stack", isStack},
     {"Plot File", isPlot},
     // A directory that is nothing else and holds plot files alone.
     {"Map", isMap},

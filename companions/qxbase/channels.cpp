@@ -49,16 +49,18 @@ void aopen_(int32_t* channel, const char* name, int32_t* status, int32_t nameLen
         *status = kFailed;
         return;
     }
-    open(channel, status, {std::make_unique<TextReader>(std::move(file)), nullptr});
+    open(channel, status, {std::make_unique<TextReader>(std::move(file)), nullptr, {}});
 }
 
 void acreat_(int32_t* channel, const char* name, int32_t* status, int32_t nameLength) {
-    store::File file = store::File::create(path(name, nameLength), store::File::Creation::kAnew);
+    std::string made = path(name, nameLength);
+    store::File file = store::File::create(made, store::File::Creation::kAnew);
     if (!file.isOpen()) {
         *status = kFailed;
         return;
     }
-    open(channel, status, {nullptr, std::make_unique<TextWriter>(std::move(file))});
+    open(channel, status,
+         {nullptr, std::make_unique<TextWriter>(std::move(file)), std::move(made)});
 }
 
 void aclose_(const int32_t* channel) { channels.close(*channel); }
@@ -114,6 +116,20 @@ void arewnd_(const int32_t* channel, int32_t* status) {
     } else {
         found->reader->rewind();
     }
+    *status = 0;
+}
+
+void aempty_(const int32_t* channel, int32_t* status) {
+    *status = kFailed;
+    TextChannel* found = channels.find(*channel);
+    if (!found || found->madeAs.empty()) return;
+    store::File file = store::File::create(found->madeAs, store::File::Creation::kAnew);
+    if (!file.isOpen()) return;
+    found->reader.reset();
+    found->writer.reset();
+    // The old writer has brought its lines to the file by now; they go as well.
+    if (!file.truncate(0)) return;
+    found->writer = std::make_unique<TextWriter>(std::move(file));
     *status = 0;
 }
 

@@ -55,6 +55,7 @@ class TextWriter : public store::Buffered {
 struct TextChannel {
     std::unique_ptr<TextReader> reader;
     std::unique_ptr<TextWriter> writer;
+    std::string madeAs;  // path of a file that acreat_ made, empty for any other
 };
 
 }  // namespace qxbase

@@ -1,11 +1,22 @@
 #include "host/qxgridio/stacks.h"
 
+#include "companions/qxgridio/state.h"
 #include "companions/store/member_names.h"
 #include "companions/store/record_file.h"
 #include "host/cpp/fixed_text.h"
 
+namespace qxgridio {
+
+store::HandleTable<store::RecordWriter>& openStacks() {
+    static store::HandleTable<store::RecordWriter> stacks;
+    return stacks;
+}
+
+}  // namespace qxgridio
+
 namespace {
 
+using namespace qxgridio;
 using store::RecordHeader;
 using store::RecordReader;
 using store::RecordWriter;
@@ -30,24 +41,29 @@ std::unique_ptr<RecordReader> openList(const char* stack, int32_t length) {
 
 }  // namespace
 
-void stkcre_(const char* stack, int32_t* status, int32_t stackLength) {
+void stkcre_(int32_t* handle, const char* stack, int32_t* status, int32_t stackLength) {
+    flushOnUnwinding();
     RecordHeader header;
     header.code = kStackCode;
     header.recordBytes = kMemberBytes;
-    *status = RecordWriter::create(listPath(stack, stackLength), header) ? 0 : kFailed;
+    *status = kFailed;
+    auto writer = RecordWriter::create(listPath(stack, stackLength), header);
+    if (!writer) return;
+    *handle = openStacks().add(std::move(writer));
+    *status = 0;
 }
 
-void stkadd_(const char* stack, const char* member, int32_t* status, int32_t stackLength,
-             int32_t memberLength) {
+void stkadd_(const int32_t* handle, const char* member, int32_t* status, int32_t memberLength) {
     *status = kFailed;
-    const auto reader = openList(stack, stackLength);
-    if (!reader) return;
-    auto writer = RecordWriter::create(listPath(stack, stackLength), reader->header(), true);
+    RecordWriter* writer = openStacks().find(*handle);
     if (!writer) return;
     qx::padText(reinterpret_cast<char*>(writer->append(kMemberBytes)), kMemberBytes,
                 qx::textArgument(member, memberLength));
-    writer->flush();
-    if (!writer->failed()) *status = 0;
+    *status = writer->failed() ? kFailed : 0;
+}
+
+void stkcls_(const int32_t* handle) {
+    openStacks().close(*handle);
 }
 
 void saknly_(const char* stack, int32_t* count, int32_t* status, int32_t stackLength) {

@@ -1,4 +1,4 @@
-// The open rasters of the library, which it gives up when an import ends.
+// The open rasters and stacks of the library, which it gives up when an import ends.
 #ifndef COMPANIONS_QXGRIDIO_STATE_H
 #define COMPANIONS_QXGRIDIO_STATE_H
 
@@ -6,6 +6,7 @@
 
 #include "companions/qxgridio/raster_file.h"
 #include "companions/store/handle_table.h"
+#include "companions/store/record_file.h"
 
 namespace qxgridio {
 
@@ -15,6 +16,7 @@ struct OpenRaster {
 };
 
 store::HandleTable<OpenRaster>& openRasters();
+store::HandleTable<store::RecordWriter>& openStacks();
 
 // Null for a number that is no raster open in that way.
 RasterWriter* findWriter(int32_t handle);

@@ -36,6 +36,9 @@ QX_API void aatend_(const int32_t* channel, int32_t* ended);
 /* Goes back to the first line; a channel that was written to is read from then on. */
 QX_API void arewnd_(const int32_t* channel, int32_t* status);
 
+/* Empties a file made with acreat_; the channel is written to from then on, read or not before. */
+QX_API void aempty_(const int32_t* channel, int32_t* status);
+
 /* How many bytes of the file have been read so far, line ends included. */
 QX_API void abytes_(const int32_t* channel, int64_t* bytes);
 

@@ -16,6 +16,9 @@ struct Kind {
 constexpr Kind kKinds[] = {
     {"Coverage", dumpCoverage},
     {"TIN", dumpTin},
+    {"Lattice", dumpLattice},
+    {"Grid", dumpGrid},
+    {"Stack", dumpStack},
     {"Plot File", dumpPlot},
     {"Map", dumpMap},
     {"Font File", dumpFont},
@@ -31,6 +34,11 @@ constexpr Kind kKinds[] = {
 bool Dump::wants(std::string_view className) const {
     return options_.classes.empty() || std::find(options_.classes.begin(), options_.classes.end(),
                                                  className) != options_.classes.end();
+}
+
+void dumpDatasetLine(Dump& dump, const Dataset& dataset) {
+    if (!dump.wants("dataset")) return;
+    JsonLine(dump.output(), "dataset").field("kind", dataset.kind).field("name", dataset.name);
 }
 
 void dump(const std::string& path, const DumpOptions& options, std::ostream& stream) {

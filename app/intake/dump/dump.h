@@ -31,9 +31,15 @@ class Dump {
     const DumpOptions& options_;
 };
 
+// The first line of a dataset that has nothing more to say there than what it is.
+void dumpDatasetLine(Dump& dump, const Dataset& dataset);
+
 // One routine for each kind of dataset, each in its own file, its dataset line first.
 void dumpCoverage(Dump& dump, const Dataset& dataset);
 void dumpTin(Dump& dump, const Dataset& dataset);
+void dumpLattice(Dump& dump, const Dataset& dataset);
+void dumpGrid(Dump& dump, const Dataset& dataset);
+void dumpStack(Dump& dump, const Dataset& dataset);
 void dumpSymbolSet(Dump& dump, const Dataset& dataset);
 void dumpFont(Dump& dump, const Dataset& dataset);
 void dumpPlot(Dump& dump, const Dataset& dataset);
