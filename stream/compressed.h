@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <span>
+#include <string_view>
 
 #include "stream/types.h"
 
@@ -13,9 +14,16 @@ namespace intake {
 inline constexpr std::size_t kCompressedLength = 302;
 using CompressedLine = FixedText<kCompressedLength>;
 
+// The longest line that can be asked for; a longer buffer is padded with blanks.
+inline constexpr std::size_t kLongestDecoded = 512;
+
 // Expands one logical line, its end mark taken off, into line, padded with blanks or cut; count is
 // the length of what is there without the padding. Any text is taken: bad text gives bad fields.
-void DCMLIN(const CompressedLine& work, std::span<char> line, int32_t& count);
+// Of the text the first kCompressedLength characters count.
+void DCMLIN(std::string_view work, std::span<char> line, int32_t& count);
+inline void DCMLIN(const CompressedLine& work, std::span<char> line, int32_t& count) {
+    DCMLIN(work.full(), line, count);
+}
 
 // Compresses a line at level 1 (blanks and "~" only) or 2 (numbers too). count is the length of the
 // result, which is cut where it does not fit.

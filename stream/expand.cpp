@@ -8,124 +8,129 @@ namespace intake {
 
 namespace {
 
-// Decoded text. Whatever comes in, what leaves is at most one line; the room behind that is for a
-// number token that begins inside the line and is put in order only when it is whole.
-class Output {
-  public:
-    explicit Output(std::size_t limit) : limit_(std::min(limit, kLimit)) {}
+constexpr int kPairs = 100;
 
-    std::size_t size() const { return size_; }
-    void append(char character) {
-        if (size_ < text_.size()) text_[size_++] = character;
+constexpr std::array<char, 2 * kPairs> kDigitPairs = [] {
+    std::array<char, 2 * kPairs> pairs{};
+    for (std::size_t value = 0; value < kPairs; ++value) {
+        pairs[2 * value] = static_cast<char>('0' + value / 10);
+        pairs[2 * value + 1] = static_cast<char>('0' + value % 10);
     }
-    void appendBlanks(int count) {
-        if (count <= 0 || size_ >= limit_) return;
-        const std::size_t blanks = std::min(static_cast<std::size_t>(count), limit_ - size_);
-        std::memset(text_.data() + size_, ' ', blanks);
-        size_ += blanks;
-    }
-    void removeLast() { --size_; }
-    void insert(std::size_t place, char character) {
-        if (size_ == text_.size()) return;
-        std::memmove(text_.data() + place + 1, text_.data() + place, size_ - place);
-        text_[place] = character;
-        ++size_;
-    }
-    std::string_view view() const { return {text_.data(), std::min(size_, limit_)}; }
-
-  private:
-    static constexpr std::size_t kLimit = 512;
-    static constexpr std::size_t kLongestToken = 2 * kCompressedLength + 3;
-    std::array<char, kLimit + kLongestToken> text_;
-    std::size_t limit_;
-    std::size_t size_ = 0;
-};
+    return pairs;
+}();
 
 class Decoder {
   public:
-    Decoder(std::string_view text, Output& output) : text_(text), output_(output) {}
+    // What is decoded beyond the limit is not asked for.
+    Decoder(std::string_view text, std::size_t limit)
+        : next_(text.data()), last_(text.data() + text.size()), limit_(decoded_.data() + limit) {}
 
-    void run() {
-        while (more()) {
-            if (at() != '~') {
-                output_.append(static_cast<char>(at()));
-                ++place_;
-                continue;
-            }
-            ++place_;
+    std::string_view run() {
+        while (next_ != last_) {
+            const char* escape = std::find(next_, last_, '~');
+            out_ = std::copy(next_, escape, out_);
             // A lone "~" at the end is dropped.
-            if (!more()) return;
+            if (last_ - escape < 2) break;
+            next_ = escape + 1;
             if (at() >= 33 && at() <= 123) {
                 number();
             } else {
-                escape();
+                escaped();
             }
         }
+        return {decoded_.data(),
+                static_cast<std::size_t>(std::min<char*>(out_, limit_) - decoded_.data())};
     }
 
   private:
-    bool more() const { return place_ < text_.size(); }
-    int at() const { return static_cast<unsigned char>(text_[place_]); }
+    bool more() const { return next_ != last_; }
+    int at() const { return static_cast<unsigned char>(*next_); }
 
-    void escape() {
+    void escaped() {
         if (at() == ' ') {
-            ++place_;
+            ++next_;
             if (!more()) return;
-            output_.appendBlanks(at() - 32);
-            ++place_;
+            const int count = at() - 32;
+            ++next_;
+            if (count > 0 && out_ < limit_) {
+                out_ = std::fill_n(out_, std::min<std::ptrdiff_t>(count, limit_ - out_), ' ');
+            }
         } else if (at() == '~') {
-            output_.append('~');
-            ++place_;
+            *out_++ = '~';
+            ++next_;
+        } else {
+            // The escape is gone and the character counts as plain text.
+            *out_++ = *next_++;
         }
-        // Any other character is taken as plain text by the loop.
+    }
+
+    // A pair of a sound file is below 100. What a damaged one holds is decoded all the same.
+    void pair(int value) {
+        if (value >= 0 && value < kPairs) {
+            std::memcpy(out_, &kDigitPairs[static_cast<std::size_t>(2 * value)], 2);
+        } else {
+            out_[0] = static_cast<char>('0' + value / 10);
+            out_[1] = static_cast<char>('0' + value % 10);
+        }
+        out_ += 2;
     }
 
     void number() {
-        const std::size_t start = output_.size();
+        char* const start = out_;
         int header = at() - 33;
-        ++place_;
+        ++next_;
         while (more() && at() != ' ' && at() != '~') {
             int value = at() - 33;
-            ++place_;
+            ++next_;
             if (value == 92) {
                 if (!more()) break;
                 value = at() + 59;
-                ++place_;
+                ++next_;
             }
-            output_.append(static_cast<char>('0' + value / 10));
-            output_.append(static_cast<char>('0' + value % 10));
+            pair(value);
         }
         // The padding digit goes first, then the point, then the exponent.
         if (header >= 45) {
             header -= 45;
-            if (output_.size() > start) output_.removeLast();
+            if (out_ != start) --out_;
         }
-        const auto pointBehind = static_cast<std::size_t>(header % 15);
+        const std::ptrdiff_t digits = out_ - start;
+        const int pointBehind = header % 15;
         if (pointBehind != 0) {
-            output_.insert(std::min(start + pointBehind, output_.size()), '.');
+            char* const point = start + std::min<std::ptrdiff_t>(pointBehind, digits);
+            std::memmove(point + 1, point, static_cast<std::size_t>(out_ - point));
+            *point = '.';
+            ++out_;
         }
-        if (header >= 15 && output_.size() >= start + 2) {
-            output_.insert(output_.size() - 2, 'E');
-            output_.insert(output_.size() - 2, header < 30 ? '+' : '-');
+        if (header >= 15 && digits >= 2) {
+            out_[0] = out_[-2];
+            out_[1] = out_[-1];
+            out_[-2] = 'E';
+            out_[-1] = header < 30 ? '+' : '-';
+            out_ += 2;
         }
         // The "~" that ended the token belongs to it, unless it begins a run of blanks.
-        const bool terminator = place_ + 1 < text_.size() && at() == '~' && text_[place_ + 1] != ' ';
-        if (terminator) ++place_;
+        if (last_ - next_ >= 2 && next_[0] == '~' && next_[1] != ' ') ++next_;
     }
 
-    std::string_view text_;
-    Output& output_;
-    std::size_t place_ = 0;
+    // Blanks stop at the limit. Anything else gives at most 2 characters for one of the text, and
+    // a token 3 more for its 2 of escape and header.
+    static constexpr std::size_t kRoom = kLongestDecoded + 4 * kCompressedLength;
+    std::array<char, kRoom> decoded_;
+    const char* next_;
+    const char* last_;
+    char* out_ = decoded_.data();
+    char* limit_;
 };
 
 }  // namespace
 
-void DCMLIN(const CompressedLine& work, std::span<char> line, int32_t& count) {
-    Output output(line.size());
-    Decoder(work.view(), output).run();
-    const std::string_view text = output.view();
-    qx::padText(line.data(), line.size(), text);
-    count = static_cast<int32_t>(std::min(text.size(), line.size()));
+void DCMLIN(std::string_view work, std::span<char> line, int32_t& count) {
+    const std::string_view text = qx::trimText(work.substr(0, kCompressedLength));
+    Decoder decoder(text, std::min(line.size(), kLongestDecoded));
+    const std::string_view decoded = decoder.run();
+    qx::padText(line.data(), line.size(), decoded);
+    count = static_cast<int32_t>(decoded.size());
 }
 
 }  // namespace intake

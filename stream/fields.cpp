@@ -98,8 +98,8 @@ double composedReal(std::string_view digits, int power, bool negative) {
         // Infinity where the decimal value is large, zero where it is small. What counts is where
         // the first digit stands that is not zero.
         const std::size_t first = digits.find_first_not_of('0');
-        const bool large = first != std::string_view::npos &&
-                           static_cast<int>(digits.size() - first) + power > 0;
+        const bool large =
+            first != std::string_view::npos && static_cast<int>(digits.size() - first) + power > 0;
         value = large ? std::numeric_limits<double>::infinity() : 0.0;
     }
     return negative ? -value : value;
@@ -209,14 +209,18 @@ bool parseLogical(std::string_view field, bool& value) {
 void failedField(std::string_view field, std::size_t firstColumn) {
     const std::string columns =
         std::to_string(firstColumn) + " to " + std::to_string(firstColumn + field.size() - 1);
-    const std::string place = std::to_string(reader.lineNumber) + " of " +
-                              std::string(reader.IMPNAM.view());
+    const std::string place =
+        std::to_string(reader.lineNumber) + " of " + std::string(reader.IMPNAM.view());
     fatal("Could not read \"%1%\" in columns %2% of line %3%", field, std::string_view(columns),
           std::string_view(place));
 }
 
 double realField(std::string_view field, std::size_t firstColumn, int decimals, int scale) {
     double value = 0;
+    const bool narrow = field.size() == 14 && decimals == 7;
+    const bool wide = field.size() == 21 && decimals == 14;
+    if (narrow && fast::readReal<7>(field.data(), value)) return value;
+    if (wide && fast::readReal<14>(field.data(), value)) return value;
     if (!parseReal(field, decimals, scale, value)) failedField(field, firstColumn);
     return value;
 }

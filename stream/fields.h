@@ -17,6 +17,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "stream/fast_fields.h"
+
 namespace intake {
 
 // False if the field breaks the rule or the value does not fit; value is then untouched.
@@ -34,6 +36,7 @@ bool parseLogical(std::string_view field, bool& value);
 template <class T>
 T integerField(std::string_view field, std::size_t firstColumn) {
     T value{};
+    if (field.size() == 10 && fast::readInteger<10>(field.data(), value)) return value;
     if (!parseInteger(field, value)) failedField(field, firstColumn);
     return value;
 }

@@ -19,6 +19,7 @@
 #include <type_traits>
 
 #include "host/cpp/fixed_text.h"
+#include "stream/fast_fields.h"
 #include "stream/fields.h"
 
 namespace intake {
@@ -55,7 +56,9 @@ consteval Layout parseFormat(std::string_view text) {
     std::size_t column = 0;
     int scale = 0;
     std::size_t index = 0;
-    const auto digit = [&] { return index < text.size() && text[index] >= '0' && text[index] <= '9'; };
+    const auto digit = [&] {
+        return index < text.size() && text[index] >= '0' && text[index] <= '9';
+    };
     const auto number = [&](std::size_t otherwise) {
         if (!digit()) return otherwise;
         std::size_t value = 0;
@@ -110,12 +113,22 @@ void readField(std::string_view line, T& value) {
         } else if constexpr (std::is_floating_point_v<T>) {
             static_assert(field.kind == 'E', "a real wants an E field");
             double wide = 0;
+            if constexpr (fast::kIsRealShape<field.width, std::size_t{field.decimals}>) {
+                if (text.size() == field.width &&
+                    fast::readReal<field.decimals>(text.data(), wide)) {
+                    value = static_cast<T>(wide);
+                    return;
+                }
+            }
             if (!parseReal(text, field.decimals, field.scale, wide)) {
                 failedField(text, field.first + 1);
             }
             value = static_cast<T>(wide);
         } else {
             static_assert(field.kind == 'I', "an integer wants an I field");
+            if (text.size() == field.width && fast::readInteger<field.width>(text.data(), value)) {
+                return;
+            }
             if (!parseInteger(text, value)) failedField(text, field.first + 1);
         }
     }
@@ -133,7 +146,8 @@ void read(std::string_view line, Values&... values) {
     static_assert(layout.count == sizeof...(values), "as many values as the format has fields");
     [&]<std::size_t... index>(std::index_sequence<index...>) {
         (detail::readField<layout.fields[index]>(line, values), ...);
-    }(std::index_sequence_for<Values...>{});
+    }
+    (std::index_sequence_for<Values...>{});
 }
 template <detail::FormatText text, std::size_t N, class... Values>
 void read(const qx::FixedText<N>& line, Values&... values) {

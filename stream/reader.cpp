@@ -1,6 +1,7 @@
 #include "stream/reader.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 
 #include "host/qxbase.h"
@@ -35,81 +36,74 @@ void openNextVolume() {
     inform("Reading next volume: %1%", reader.IMPNAM);
 }
 
-int32_t trimmedLength(const Line& line) {
-    return static_cast<int32_t>(line.view().size());
+// How many "~" end a text that follows one which ended in some.
+std::size_t escapesAtEnd(std::string_view text, std::size_t before) {
+    const std::size_t other = text.find_last_not_of('~');
+    return other == std::string_view::npos ? before + text.size() : text.size() - other - 1;
 }
 
-// One logical line of compressed text, gathered from the physical lines that wrap it.
-class Assembly {
+// The beginning of a logical line that a later physical line ends.
+class Beginning {
   public:
-    // Adds what stands in columns first to last of IMPBUF, of which `counted` characters are data.
-    void add(int32_t first, int32_t last, int32_t counted) {
-        const auto place = static_cast<std::size_t>(length_);
-        if (place < kCompressedLength) {
-            const std::size_t room = kCompressedLength - place;
-            const auto size = static_cast<std::size_t>(last - first + 1);
-            std::memcpy(work_.data() + place, &reader.IMPBUF[static_cast<std::size_t>(first - 1)],
-                        std::min(room, size));
+    bool empty() const { return length_ == 0; }
+    std::size_t escapes() const { return escapes_; }
+    // The length counts on where the characters no longer fit and are lost.
+    void add(std::string_view text) {
+        if (length_ < kCompressedLength) {
+            const std::size_t kept = std::min(text.size(), kCompressedLength - length_);
+            std::memcpy(characters_.data() + length_, text.data(), kept);
         }
-        countEscapes(first, counted);
-        length_ += counted;
+        escapes_ = escapesAtEnd(text, escapes_);
+        length_ += text.size();
     }
-    // Whether the "}" that was added last ends the line: an odd number of "~" stands before it.
-    bool ended() const { return escapesBefore_ % 2 == 1; }
-    // Takes the end mark off. A line that fills the buffer keeps it.
-    void close() {
-        const auto last = static_cast<std::size_t>(length_);
-        if (last < kCompressedLength) {
-            std::memset(work_.data() + last - 2, ' ', kCompressedLength - (last - 2));
-        }
+    // The whole line once its end mark has been added. One that fills the buffer keeps the mark.
+    std::string_view line() const {
+        if (length_ < kCompressedLength) return {characters_.data(), length_ - 2};
+        return {characters_.data(), kCompressedLength};
     }
-    const CompressedLine& work() const { return work_; }
 
   private:
-    // Keeps count of the "~" at the end of the text, and of those before its last character. The
-    // count is of the text as it stands in the file, also where the buffer is full.
-    void countEscapes(int32_t first, int32_t counted) {
-        for (int32_t column = first; column < first + counted; ++column) {
-            escapesBefore_ = escapes_;
-            const bool escape = reader.IMPBUF[static_cast<std::size_t>(column - 1)] == '~';
-            escapes_ = escape ? escapes_ + 1 : 0;
-        }
-    }
-
-    CompressedLine work_;
-    int64_t length_ = 0;
-    int64_t escapes_ = 0;
-    int64_t escapesBefore_ = 0;
+    std::array<char, kCompressedLength> characters_;
+    std::size_t length_ = 0;
+    // Of the text as it stands in the file, also where the buffer is full.
+    std::size_t escapes_ = 0;
 };
 
 void assembleLine(std::span<char> line) {
     EXPFLS();
-    Assembly assembly;
-    int32_t length = trimmedLength(reader.IMPBUF);
+    Beginning beginning;
+    std::string_view physical = reader.IMPBUF.view();
+    auto start = static_cast<std::size_t>(reader.IMPCOL - 1);
     const auto nextPhysicalLine = [&] {
         IMPCOM({reader.IMPBUF.data(), Line::kLength});
-        length = trimmedLength(reader.IMPBUF);
-        reader.IMPCOL = 1;
+        // Blanks at the end of a physical line are no data.
+        physical = reader.IMPBUF.view();
+        start = 0;
     };
-    if (reader.IMPCOL > length) nextPhysicalLine();
+    if (start >= physical.size()) nextPhysicalLine();
+    std::size_t searched = start;
     for (;;) {
-        if (reader.IMPCOL > 80) nextPhysicalLine();
-        const auto start = static_cast<std::size_t>(reader.IMPCOL - 1);
-        const std::size_t found = reader.IMPBUF.full().find('}', start);
-        if (found == std::string_view::npos) {
-            // Blanks at the end of a physical line are no data: what comes next overwrites them.
-            assembly.add(reader.IMPCOL, 80, std::max(length - reader.IMPCOL + 1, 0));
+        const std::size_t mark = physical.find('}', searched);
+        if (mark == std::string_view::npos) {
+            beginning.add(physical.substr(start));
             nextPhysicalLine();
+            searched = 0;
             continue;
         }
-        const auto column = static_cast<int32_t>(found) + 1;
-        assembly.add(reader.IMPCOL, column, column - reader.IMPCOL + 1);
-        reader.IMPCOL = column + 1;
-        if (assembly.ended()) break;
+        searched = mark + 1;
+        // Behind an even number of "~" it is data.
+        const std::string_view before = physical.substr(start, mark - start);
+        if (escapesAtEnd(before, beginning.escapes()) % 2 == 1) break;
     }
-    assembly.close();
+    reader.IMPCOL = static_cast<int32_t>(searched) + 1;
     int32_t count = 0;
-    DCMLIN(assembly.work(), line, count);
+    const std::string_view end = physical.substr(start, searched - start);
+    if (beginning.empty()) {
+        DCMLIN(end.substr(0, end.size() - 2), line, count);
+        return;
+    }
+    beginning.add(end);
+    DCMLIN(beginning.line(), line, count);
 }
 
 }  // namespace
@@ -152,7 +146,9 @@ std::size_t IMPCOM(std::span<char> line) {
     ++reader.lineNumber;
     auto length = static_cast<std::size_t>(count);
     if (reader.HASCR) {
-        length = qx::trimText(buffer.substr(0, length)).size();
+        if (length == 0 || line[length - 1] != kCarriageReturn) {
+            length = qx::trimText(buffer.substr(0, length)).size();
+        }
         if (length > 0 && line[length - 1] == kCarriageReturn) line[--length] = ' ';
     }
     return length;
@@ -168,7 +164,9 @@ void IMPLIN(std::span<char> line) {
 }
 
 bool volumeEnded() {
-    if (reader.EXPVER != 0 && reader.IMPCOL <= trimmedLength(reader.IMPBUF)) return false;
+    if (reader.EXPVER != 0 &&
+        static_cast<std::size_t>(reader.IMPCOL) <= reader.IMPBUF.view().size())
+        return false;
     int32_t ended = 0;
     call(aatend_, reader.IMPUNT, ended);
     return ended != 0;

@@ -24,7 +24,8 @@ inline constexpr Status kReported = -1;
 // A handle that an operation of the companions gave out.
 using Handle = int32_t;
 
-// Precision codes of a section. Routines ask for kSingle only: every other code reads the wide form.
+// Precision codes of a section. Routines ask for kSingle only: every other code reads the wide
+// form.
 inline constexpr int32_t kOldest = 1;
 inline constexpr int32_t kSingle = 2;
 inline constexpr int32_t kDouble = 3;

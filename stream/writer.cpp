@@ -54,9 +54,7 @@ void beginVolume() {
     inform("Creating next volume: %1%", reader.IMPNAM);
 }
 
-std::size_t trimmedLength(const Line& line) {
-    return line.view().size();
-}
+std::size_t trimmedLength(const Line& line) { return line.view().size(); }
 
 }  // namespace
 

@@ -1,0 +1,146 @@
+// Fields as the writer of the format makes them, read eight characters at a time.
+//
+// Each function reads one shape and answers false for anything else, which says nothing about the
+// field: the careful readers of fields.h decide. What is read has the value that they give, bit for
+// bit. A field must be there in its whole width.
+#ifndef STREAM_FAST_FIELDS_H
+#define STREAM_FAST_FIELDS_H
+
+#include <array>
+#include <bit>
+#include <charconv>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+
+namespace intake::fast {
+
+// The first character lies in the lowest byte.
+inline constexpr bool kLowestFirst = std::endian::native == std::endian::little;
+
+constexpr uint64_t eightTimes(char character) {
+    return 0x0101010101010101U * static_cast<unsigned char>(character);
+}
+
+inline uint64_t eightCharacters(const char* text) {
+    uint64_t characters;
+    std::memcpy(&characters, text, sizeof characters);
+    return characters;
+}
+
+// Takes '0' off each character; false if one is no digit.
+constexpr bool toDigits(uint64_t& characters) {
+    characters ^= eightTimes('0');
+    // A digit is 9 at most: with this added it stays below the highest bit.
+    return (((characters + eightTimes(0x7F - 9)) | characters) & eightTimes('\x80')) == 0;
+}
+
+// The same with blanks in front of the digits, which become zeros. Eight blanks are not read.
+constexpr bool toDigitsBehindBlanks(uint64_t& characters) {
+    const int blankBits = std::countr_zero(characters ^ eightTimes(' ')) & 56;
+    const uint64_t behind = ~uint64_t{0} << blankBits;
+    characters = (characters & behind) | (eightTimes('0') & ~behind);
+    return toDigits(characters);
+}
+
+// Neighbours become pairs, pairs become two numbers of four digits, and those one of eight.
+constexpr uint64_t valueOfDigits(uint64_t digits) {
+    constexpr uint64_t kEveryFourth = 0x000000FF000000FFU;
+    digits = digits * 10 + (digits >> 8);
+    return ((digits & kEveryFourth) * 0x000F424000000064U +
+            ((digits >> 16) & kEveryFourth) * 0x0000271000000001U) >>
+           32;
+}
+
+// An integer of up to eleven columns: blanks, then digits to the end of the field.
+template <std::size_t width, class T>
+bool readInteger(const char* field, T& value) {
+    if constexpr (!kLowestFirst || width == 0 || width > 11) {
+        return false;
+    } else {
+        constexpr uint64_t kBlanks = eightTimes(' ');
+        uint64_t last = 0;
+        uint64_t result = 0;
+        if constexpr (width < 8) {
+            std::memcpy(&last, field, width);
+            last = last << (64 - 8 * width) | kBlanks >> (8 * width);
+        } else {
+            last = eightCharacters(field + width - 8);
+        }
+        if constexpr (width > 8) {
+            uint64_t first =
+                eightCharacters(field) << (8 * (16 - width)) | kBlanks >> (8 * (width - 8));
+            if (first != kBlanks) {
+                if (!toDigitsBehindBlanks(first) || !toDigits(last)) return false;
+                result = valueOfDigits(first) * 100000000;
+            } else if (!toDigitsBehindBlanks(last)) {
+                return false;
+            }
+        } else if (!toDigitsBehindBlanks(last)) {
+            return false;
+        }
+        result += valueOfDigits(last);
+        if (result > static_cast<uint64_t>(std::numeric_limits<T>::max())) return false;
+        value = static_cast<T>(result);
+        return true;
+    }
+}
+
+template <std::size_t width, std::size_t decimals>
+inline constexpr bool kIsRealShape =
+    kLowestFirst && (decimals == 7 || decimals == 14) && width == std::size_t{decimals} + 7;
+
+// A real of 14 or 21 columns with 7 or 14 decimals: blank or sign, a digit, a point, the decimals,
+// "E", a sign and two digits.
+template <int decimals>
+bool readReal(const char* field, double& value) {
+    constexpr std::size_t kExponent = decimals + 3;
+    const char sign = field[0];
+    const auto first = static_cast<unsigned>(field[1] - '0');
+    const auto tens = static_cast<unsigned>(field[kExponent + 2] - '0');
+    const auto ones = static_cast<unsigned>(field[kExponent + 3] - '0');
+    const char exponentSign = field[kExponent + 1];
+    if ((sign != ' ' && sign != '-' && sign != '+') || first > 9 || field[2] != '.' ||
+        field[kExponent] != 'E' || (exponentSign != '+' && exponentSign != '-') || tens > 9 ||
+        ones > 9) {
+        return false;
+    }
+    // The last eight characters before the exponent, of which those that are no decimals, or were
+    // read before, count as zeros.
+    uint64_t last = eightCharacters(field + kExponent - 8);
+    uint64_t digits = first;
+    if constexpr (decimals == 14) {
+        uint64_t before = eightCharacters(field + 3);
+        if (!toDigits(before) || !toDigits(last)) return false;
+        last &= ~uint64_t{0xFFFF};
+        digits = (digits * 100000000 + valueOfDigits(before)) * 1000000;
+    } else {
+        last = (last & ~uint64_t{0xFF}) | '0';
+        if (!toDigits(last)) return false;
+        digits *= 10000000;
+    }
+    digits += valueOfDigits(last);
+    const int exponent = static_cast<int>(10 * tens + ones);
+    const int power = (exponentSign == '-' ? -exponent : exponent) - decimals;
+    // Below 2^53 the digits are exact, and so are these powers: one operation rounds once.
+    constexpr std::array<double, 23> kPowers = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                                1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                                1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+    constexpr int kHighestPower = static_cast<int>(kPowers.size()) - 1;
+    double magnitude = static_cast<double>(digits);
+    if (power < -kHighestPower || power > kHighestPower) {
+        if (std::from_chars(field + 1, field + kExponent + 4, magnitude).ec != std::errc{}) {
+            return false;
+        }
+    } else if (power < 0) {
+        magnitude /= kPowers[static_cast<std::size_t>(-power)];
+    } else {
+        magnitude *= kPowers[static_cast<std::size_t>(power)];
+    }
+    value = sign == '-' ? -magnitude : magnitude;
+    return true;
+}
+
+}  // namespace intake::fast
+
+#endif
