@@ -117,7 +117,8 @@ class Encoder {
 void CMPLIN(std::span<const char> line, int32_t level, CompressedLine& work, int32_t& count) {
     const std::string_view text =
         qx::trimText(line.data(), std::min(line.size(), kCompressedLength - 2));
-    const std::string_view packed = Encoder(text, level).run();
+    Encoder encoder(text, level);
+    const std::string_view packed = encoder.run();
     work.assign(packed);
     count = static_cast<int32_t>(std::min(packed.size(), kCompressedLength));
 }
