@@ -44,6 +44,10 @@ target_link_libraries(intake_core PUBLIC intake_stream qxfeat qxgridio ${CMAKE_D
 add_library(intakedl SHARED $<TARGET_OBJECTS:intake_entry>)
 target_link_libraries(intakedl PUBLIC intake_host PRIVATE intake_core intake_warnings)
 target_link_options(intakedl PRIVATE
-  -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/intakedl.map -Wl,--no-undefined)
+  -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/intakedl.map)
+# A sanitizer's own functions come with the program.
+if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
+  target_link_options(intakedl PRIVATE -Wl,--no-undefined)
+endif()
 set_target_properties(intakedl PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION 0
   LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/intakedl.map)

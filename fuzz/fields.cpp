@@ -1,0 +1,108 @@
+// The readers of integer and real fields, held against the C library's on the same text.
+#include "stream/fields.h"
+
+#include <bit>
+#include <cerrno>
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <optional>
+#include <string>
+
+#include "fuzz/scratch.h"
+
+namespace {
+
+std::string withoutBlanks(std::string_view field) {
+    std::string text;
+    for (const char character : field) {
+        if (character != ' ') text += character;
+    }
+    return text;
+}
+
+std::optional<int64_t> integerOpinion(const std::string& text) {
+    if (text.empty()) return 0;
+    if (text.find_first_not_of("0123456789+-") != std::string::npos) return std::nullopt;
+    char* end = nullptr;
+    errno = 0;
+    const long long value = std::strtoll(text.c_str(), &end, 10);
+    if (errno != 0 || end != text.c_str() + text.size()) return std::nullopt;
+    return value;
+}
+
+bool isSpecial(std::string_view text) {
+    return text.find_first_not_of("+-NnAaIiFfTtYy") == std::string_view::npos;
+}
+
+// Sets the implied point and exponent into the text and lets strtod read the result.
+std::optional<double> realOpinion(std::string text, int decimals, int scale) {
+    if (text.empty()) return 0.0;
+    char* end = nullptr;
+    if (isSpecial(text)) {
+        const double value = std::strtod(text.c_str(), &end);
+        if (end != text.c_str() + text.size()) return std::nullopt;
+        return value;
+    }
+    const std::size_t start = text[0] == '+' || text[0] == '-' ? 1 : 0;
+    std::size_t stop = text.find_first_not_of("0123456789.", start);
+    std::string mantissa = text.substr(start, stop - start);
+    std::string exponent = stop == std::string::npos ? "" : text.substr(stop);
+    if (exponent.empty()) {
+        exponent = std::to_string(-scale);
+    } else {
+        if (std::string_view("EeDd").find(exponent[0]) != std::string_view::npos) {
+            exponent.erase(0, 1);
+            if (!exponent.empty() && exponent[0] >= '0' && exponent[0] <= '9')
+                exponent.insert(0, "+");
+        }
+        if (exponent.size() < 2 || (exponent[0] != '+' && exponent[0] != '-') ||
+            exponent.find_first_not_of("0123456789", 1) != std::string::npos) {
+            return std::nullopt;
+        }
+    }
+    if (mantissa.find_first_of("0123456789") == std::string::npos) return std::nullopt;
+    if (mantissa.find('.') == std::string::npos) {
+        const auto digits = static_cast<std::size_t>(decimals);
+        if (mantissa.size() < digits) mantissa.insert(0, digits - mantissa.size(), '0');
+        mantissa.insert(mantissa.size() - digits, ".");
+    }
+    const std::string number = text.substr(0, start) + mantissa + "e" + exponent;
+    const double value = std::strtod(number.c_str(), &end);
+    if (end != number.c_str() + number.size()) return std::nullopt;
+    return value;
+}
+
+bool sameValue(double left, double right) {
+    return (std::isnan(left) && std::isnan(right)) ||
+           std::bit_cast<uint64_t>(left) == std::bit_cast<uint64_t>(right);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
+    constexpr std::size_t kLongestField = 300;
+    if (size < 1 || size > kLongestField) return 0;
+    const int decimals = data[0] % 16;
+    const int scale = data[0] / 16 % 2;
+    const std::string field(reinterpret_cast<const char*>(data + 1), size - 1);
+    // Where the C library sees the end of its text, it is no judge.
+    if (field.find('\0') != std::string::npos) return 0;
+    const std::string text = withoutBlanks(field);
+
+    int64_t integer = 0;
+    const bool isInteger = intake::parseInteger(field, integer);
+    const std::optional<int64_t> expectedInteger = integerOpinion(text);
+    fuzz::require(isInteger == expectedInteger.has_value(), "the verdict on an integer");
+    fuzz::require(!isInteger || integer == *expectedInteger, "the value of an integer");
+
+    double real = 0;
+    const bool isReal = intake::parseReal(field, decimals, scale, real);
+    const std::optional<double> expectedReal = realOpinion(text, decimals, scale);
+    fuzz::require(isReal == expectedReal.has_value(), "the verdict on a real");
+    fuzz::require(!isReal || sameValue(real, *expectedReal), "the value of a real");
+
+    bool logical = false;
+    intake::parseLogical(field, logical);
+    return 0;
+}

@@ -1,0 +1,52 @@
+// A whole import into a workspace of its own, and a look at what it stored.
+#include <ostream>
+#include <stdexcept>
+
+#include "app/intake/dump/dump.h"
+#include "fuzz/scratch.h"
+#include "host/qxbase.h"
+#include "intakedl.h"
+
+namespace {
+
+const fuzz::Scratch& scratch() {
+    static const fuzz::Scratch folder;
+    return folder;
+}
+
+// Everything that was stored can be read, under each kind that it may be.
+void dumpAll(const std::string& path) {
+    std::ostream nowhere(nullptr);
+    for (const std::string& kind : program::kindsOf(path)) {
+        try {
+            program::DumpOptions options;
+            options.kind = kind;
+            program::dump(path, options, nowhere);
+        } catch (const std::runtime_error&) {
+            // What it says is for a user.
+        }
+    }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
+    int32_t worst = 0;
+    mesink_(
+        [](int32_t level, const char*, void* user) {
+            auto& worst = *static_cast<int32_t*>(user);
+            worst = std::max(worst, level);
+        },
+        &worst);
+    scratch().clear();
+    const int volumes = scratch().writeVolumes({reinterpret_cast<const char*>(data), size});
+    std::filesystem::create_directory(scratch().path("workspace"));
+    const std::string dataset = scratch().path("workspace/DS");
+    const int32_t result = ImportFile(scratch().path("in.e00").c_str(), dataset.c_str(), 1);
+    fuzz::require(result == 1 || worst >= QX_ERROR, "an import that failed said why");
+    const auto entries = std::filesystem::directory_iterator(scratch().root());
+    fuzz::require(std::distance(begin(entries), end(entries)) == volumes + 1,
+                  "nothing is written beside the workspace");
+    dumpAll(dataset);
+    return 0;
+}

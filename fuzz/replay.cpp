@@ -1,0 +1,27 @@
+// Runs a target over files and the files of folders, where there is no libFuzzer to do it.
+#include <cstdint>
+#include <cstdio>
+
+#include "fuzz/scratch.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size);
+
+int main(int argc, char** argv) {
+    int count = 0;
+    const auto replay = [&](const std::filesystem::path& path) {
+        const std::string bytes = fuzz::fileBytes(path);
+        LLVMFuzzerTestOneInput(reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size());
+        ++count;
+    };
+    for (int index = 1; index < argc; ++index) {
+        if (!std::filesystem::is_directory(argv[index])) {
+            replay(argv[index]);
+            continue;
+        }
+        for (const auto& entry : std::filesystem::directory_iterator(argv[index])) {
+            replay(entry.path());
+        }
+    }
+    std::printf("%d inputs replayed\n", count);
+    return count > 0 ? 0 : 1;
+}
