@@ -1,0 +1,19 @@
+#include <cstdio>
+
+#include "bench/measure.h"
+
+int main(int argc, char** argv) {
+    try {
+        bench::registerFields();
+        bench::registerLines();
+        bench::registerImports();
+    } catch (const std::exception& exception) {
+        std::fprintf(stderr, "%s\n", exception.what());
+        return 1;
+    }
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}
