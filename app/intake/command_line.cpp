@@ -5,6 +5,7 @@
 #include <functional>
 #include <new>
 
+#include "app/intake/draw/draw.h"
 #include "app/intake/dump/dump.h"
 #include "app/intake/import.h"
 #include "app/intake/pack.h"
@@ -21,6 +22,7 @@ constexpr char kExamples[] =
   intake show roads                         what it is, and what it holds
   intake dump roads                         print every record, one JSON object a line
   intake dump roads --class arc             ... of one class only
+  intake draw roads roads.svg               a picture of it, as SVG or PNG
   intake pack roads.e00 small.e00           the same file in compressed form
   intake unpack small.e00 plain.e00         ... and in plain form again
 
@@ -91,6 +93,21 @@ void addDump(CLI::App& app, Console& console, int& status) {
     });
 }
 
+void addDraw(CLI::App& app, int& status) {
+    auto* command = app.add_subcommand("draw", "Draw a picture of a dataset");
+    auto path = std::make_shared<std::string>();
+    auto picture = std::make_shared<std::string>();
+    auto kind = std::make_shared<std::string>();
+    command->add_option("DATASET", *path, "The path that was imported to")->required();
+    command->add_option("OUT", *picture, "The picture: a name that ends in .svg or .png")
+        ->required();
+    addKind(*command, *kind);
+    command->callback([=, &status] {
+        draw(*path, *kind, *picture);
+        status = kDone;
+    });
+}
+
 void addPack(CLI::App& app, Console& console, int& status, bool compressed) {
     auto* command = compressed ? app.add_subcommand("pack", "Write a file in compressed form")
                                : app.add_subcommand("unpack", "Write a file in plain form");
@@ -122,6 +139,7 @@ int run(const std::vector<std::string>& arguments, Console& console) {
     addImport(app, console, status);
     addShow(app, console, status);
     addDump(app, console, status);
+    addDraw(app, status);
     addPack(app, console, status, true);
     addPack(app, console, status, false);
     try {
