@@ -1,6 +1,7 @@
 // NXY, NZ, NOD, EDG, HUL and NID: runs of numbers, of which ENV has told how many.
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <limits>
 #include <span>
 #include <string_view>
@@ -25,8 +26,7 @@ constexpr std::size_t kWordsInChunk = 15000;
 
 // Shared by the sections, one after the other.
 std::array<double, kDoublesInChunk> doubles;
-std::array<float, kWordsInChunk> singles;
-std::array<int32_t, kWordsInChunk> integers;
+std::array<int32_t, kWordsInChunk> words;
 
 // How numbers stand on a line.
 struct Fields {
@@ -143,10 +143,12 @@ int32_t decodeEdge(std::string_view text, std::size_t first, int) {
     return value <= kLastFlag ? value - kShift : value;
 }
 
-void importIntegers(const Name& surface, Status& status, const Section& section,
-                    int32_t (*decode)(std::string_view, std::size_t, int) = decodeInteger) {
+// Every section but that of the coordinates has values of one word; reals go as their bits.
+template <class Decode>
+void importWords(const Name& surface, Status& status, const Section& section, const Fields& fields,
+                 Decode decode) {
     importNumbers<int32_t>(
-        surface, status, section, integers, [] { return NumberLines(kIntegers); }, decode);
+        surface, status, section, words, [&] { return NumberLines(fields); }, decode);
 }
 
 }  // namespace
@@ -163,23 +165,23 @@ void IMPNZ(const Name& surface, Status& status) {
     // Compared as 64-bit values; a value that is not a number is no-data too.
     const auto decode = [=](std::string_view text, std::size_t first, int decimals) {
         const double value = realField(text, first, decimals);
-        return value > threshold ? static_cast<float>(value) : noData;
+        const float kept = value > threshold ? static_cast<float>(value) : noData;
+        return std::bit_cast<int32_t>(kept);
     };
-    importNumbers<float>(
-        surface, status, kNz, singles, [] { return NumberLines(kNarrowReals); }, decode);
+    importWords(surface, status, kNz, kNarrowReals, decode);
 }
 
 void IMPNOD(const Name& surface, Status& status) {
-    importIntegers(surface, status, kNod);
+    importWords(surface, status, kNod, kIntegers, decodeInteger);
 }
 void IMPEDG(const Name& surface, Status& status) {
-    importIntegers(surface, status, kEdg, decodeEdge);
+    importWords(surface, status, kEdg, kIntegers, decodeEdge);
 }
 void IMPHUL(const Name& surface, Status& status) {
-    importIntegers(surface, status, kHul);
+    importWords(surface, status, kHul, kIntegers, decodeInteger);
 }
 void IMPNID(const Name& surface, Status& status) {
-    importIntegers(surface, status, kNid);
+    importWords(surface, status, kNid, kIntegers, decodeInteger);
 }
 
 }  // namespace intake

@@ -1,4 +1,5 @@
-/* Paths and names. Inputs first, results last; lengths at the end in the order of the texts. */
+/* Paths and names. Inputs first, results last; lengths at the end in the order of the texts. A path
+ * that is too long for its buffer is blank, which names no file. */
 #ifndef HOST_QXBASE_NAMES_H
 #define HOST_QXBASE_NAMES_H
 
