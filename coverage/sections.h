@@ -21,6 +21,21 @@ void IMPRPL(const Name& dataset, const int32_t& precision, Status& status);
 void IMPADP(const Name& dataset, Status& status);
 void IMPADI(const Name& dataset, Status& status);
 
+void IMPTOL(const Name& dataset, const int32_t& precision, Status& status);
+// Annotation: the oldest form, and the two with subclasses.
+void IMPTXT(const Name& dataset, const int32_t& precision, Status& status);
+void IMPTX6(const Name& dataset, const int32_t& precision, Status& status);
+void IMPTX7(const Name& dataset, const int32_t& precision, Status& status);
+
+// Notes which spatial indexes are asked for. IMPCLR forgets the requests when an import starts.
+void IMPSIN(const Name& dataset, Status& status);
+void IMPCLR();
+
+// The log and the projection of any kind of dataset; with skip their lines are dropped. The status
+// is that of creating the file.
+void IMPLOG(const Name& dataset, const bool& skip, Status& status);
+void IMPPRJ(const Name& dataset, const bool& skip, Status& status);
+
 }  // namespace intake
 
 #endif

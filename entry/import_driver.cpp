@@ -166,6 +166,7 @@ void IMPSUB(std::string_view dataset, std::string_view file, const int32_t& kind
     if (qx::trimText(dataset).empty()) fatal("Dataset name is empty (IMPSUB)");
     import.DSNAME = import.targetName = dataset;
     reader.IMPNAM = reader.firstVolume = file;
+    IMPCLR();
     if (static_cast<uint32_t>(kind) > kHighestKind) fatal("BAD TYPE CODE (IMPSUB)");
     // A path that does not fit is a file that does not open, never another file.
     Status status = kReported;

@@ -27,6 +27,12 @@ void importStack(ImportState& import) {
     IMPSTK(import.DSNAME, import.STKUNT, import.STKEND, import.IMPSTS);
 }
 
+// Texts beside the dataset, which go with a grid that is skipped.
+template <auto routine>
+void sideText(ImportState& import) {
+    routine(import.DSNAME, import.IMPSKP, import.IMPSTS);
+}
+
 constexpr auto kNext = After::kNext;
 constexpr auto kEnd = After::kEnd;
 
@@ -36,8 +42,8 @@ constexpr std::array<SectionRow, 47> kRows = {{
     {"PAL", kCoverage, kNext, withPrecision<IMPPAL>},
     {"PFF", kCoverage, kNext, withPrecision<IMPPFF>},
     {"CNT", kCoverage, kNext, withPrecision<IMPCNT>},
-    {"TOL", kCoverage, kNext, nullptr},
-    {"TXT", kCoverage, kNext, nullptr},
+    {"TOL", kCoverage, kNext, withPrecision<IMPTOL>},
+    {"TXT", kCoverage, kNext, withPrecision<IMPTXT>},
     {"IFO", kInfoDatafile, kNext, nullptr},
     {"ASC", kTextFile, kEnd, nullptr},
     {"LNK", kCoverage, kNext, withPrecision<IMPLNK>},
@@ -58,12 +64,12 @@ constexpr std::array<SectionRow, 47> kRows = {{
     {"CSH", kShadesetFile, kEnd, plain<IMPCSH>},
     {"CTX", kTextsetFile, kEnd, plain<IMPCTX>},
     {"MAP", kMap, kEnd, plain<IMPMAP>},
-    {"SIN", kCoverage, kNext, nullptr},
-    {"LOG", kCoverage, kNext, nullptr},
-    {"PRJ", kCoverage, kNext, nullptr},
+    {"SIN", kCoverage, kNext, plain<IMPSIN>},
+    {"LOG", kCoverage, kNext, sideText<IMPLOG>},
+    {"PRJ", kCoverage, kNext, sideText<IMPPRJ>},
     {"TMK", kTin, kNext, plain<IMTMSK>},
     {"GRD", kGrid, kNext, importGrid},
-    {"TX6", kCoverage, kNext, nullptr},
+    {"TX6", kCoverage, kNext, withPrecision<IMPTX6>},
     {"CS6", kShadesetFile, kEnd, plain<IMPCS6>},
     {"CL6", kLinesetFile, kEnd, plain<IMPCL6>},
     {"CM6", kMarkersetFile, kEnd, plain<IMPCM6>},
@@ -76,7 +82,7 @@ constexpr std::array<SectionRow, 47> kRows = {{
     {"RXP", kCoverage, kNext, withPrecision<IMPRXP>},
     {"RPL", kCoverage, kNext, withPrecision<IMPRPL>},
     {"EOS", kNoKind, kEnd, nullptr},
-    {"TX7", kCoverage, kNext, nullptr},
+    {"TX7", kCoverage, kNext, withPrecision<IMPTX7>},
     {"MTD", kCoverage, kNext, nullptr},
     {"IMD", kCoverage, kNext, nullptr},
 }};

@@ -2,6 +2,7 @@
 #ifndef HOST_QXFEAT_H
 #define HOST_QXFEAT_H
 
+#include "host/qxfeat/annotation.h"
 #include "host/qxfeat/arcs.h"
 #include "host/qxfeat/centroids.h"
 #include "host/qxfeat/coverages.h"
@@ -11,5 +12,6 @@
 #include "host/qxfeat/polygons.h"
 #include "host/qxfeat/region_pairs.h"
 #include "host/qxfeat/subclasses.h"
+#include "host/qxfeat/tolerances.h"
 
 #endif

@@ -39,7 +39,7 @@ void JsonLine::separate() {
 
 JsonLine& JsonLine::key(std::string_view name) {
     separate();
-    quoted(name);
+    quoted(toUtf8(name));
     text_ += ':';
     first_ = true;  // the value follows with no comma
     return *this;

@@ -35,6 +35,29 @@ void write(const int32_t* channel, std::string_view text, bool endsLine, int32_t
     *status = found && found->writer && found->writer->write(text, endsLine) ? 0 : kFailed;
 }
 
+TextReader::Result read(const int32_t* channel, char* line, int32_t lineLength, bool inPieces,
+                        int32_t* count) {
+    *count = 0;
+    TextChannel* found = channels.find(*channel);
+    if (!found || !found->reader || lineLength < 1) return TextReader::Result::kFailed;
+    std::size_t characters = 0;
+    const auto result =
+        found->reader->read(line, static_cast<std::size_t>(lineLength), characters, inPieces);
+    *count = static_cast<int32_t>(characters);
+    return result;
+}
+
+int32_t statusOf(TextReader::Result result) {
+    switch (result) {
+        case TextReader::Result::kEnd:
+            return kEndOfFile;
+        case TextReader::Result::kFailed:
+            return kFailed;
+        default:
+            return 0;
+    }
+}
+
 }  // namespace
 
 namespace qxbase {
@@ -67,18 +90,15 @@ void aclose_(const int32_t* channel) { channels.close(*channel); }
 
 void aread_(const int32_t* channel, char* line, int32_t* count, int32_t* status,
             int32_t lineLength) {
-    TextChannel* found = channels.find(*channel);
-    if (!found || !found->reader || lineLength < 0) {
-        *count = 0;
-        *status = kFailed;
-        return;
-    }
-    std::size_t characters = 0;
-    const auto result = found->reader->read(line, static_cast<std::size_t>(lineLength), characters);
-    *count = static_cast<int32_t>(characters);
-    *status = result == TextReader::Result::kLine  ? 0
-              : result == TextReader::Result::kEnd ? kEndOfFile
-                                                   : kFailed;
+    const TextReader::Result result = read(channel, line, lineLength, false, count);
+    *status = statusOf(result);
+}
+
+void apiece_(const int32_t* channel, char* piece, int32_t* count, int32_t* more, int32_t* status,
+             int32_t pieceLength) {
+    const TextReader::Result result = read(channel, piece, pieceLength, true, count);
+    *more = result == TextReader::Result::kPiece ? 1 : 0;
+    *status = statusOf(result);
 }
 
 void awrite_(const int32_t* channel, const char* text, int32_t* status, int32_t textLength) {

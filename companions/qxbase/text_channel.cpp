@@ -24,7 +24,8 @@ bool TextReader::refill() {
     return true;
 }
 
-TextReader::Result TextReader::read(char* line, std::size_t length, std::size_t& count) {
+TextReader::Result TextReader::read(char* line, std::size_t length, std::size_t& count,
+                                    bool inPieces) {
     count = 0;
     if (next_ == end_ && !refill()) {
         std::memset(line, ' ', length);
@@ -39,6 +40,10 @@ TextReader::Result TextReader::read(char* line, std::size_t length, std::size_t&
         const std::size_t kept = std::min(size, length - count);
         std::memcpy(line + count, start, kept);
         count += kept;
+        if (inPieces && kept < size) {
+            next_ += kept;
+            return Result::kPiece;
+        }
         next_ += size;
         if (found) {
             ++next_;

@@ -10,6 +10,10 @@
 
 namespace store {
 
+inline uint16_t turned(uint16_t word) {
+    if constexpr (std::endian::native == std::endian::little) return __builtin_bswap16(word);
+    return word;
+}
 inline uint32_t turned(uint32_t word) {
     if constexpr (std::endian::native == std::endian::little) return __builtin_bswap32(word);
     return word;
@@ -20,9 +24,10 @@ inline uint64_t turned(uint64_t word) {
 }
 
 template <class T>
-using Bits = std::conditional_t<sizeof(T) == 8, uint64_t, uint32_t>;
+using Bits = std::conditional_t<sizeof(T) == 8, uint64_t,
+                                std::conditional_t<sizeof(T) == 4, uint32_t, uint16_t>>;
 
-// One number of 4 or 8 bytes to or from a place in a file's bytes.
+// One number of 2, 4 or 8 bytes to or from a place in a file's bytes.
 template <class T>
 void put(std::byte* place, T value) {
     const Bits<T> word = turned(std::bit_cast<Bits<T>>(value));

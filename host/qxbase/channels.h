@@ -22,6 +22,11 @@ QX_API void aclose_(const int32_t* channel);
 QX_API void aread_(const int32_t* channel, char* line, int32_t* count, int32_t* status,
                    int32_t lineLength);
 
+/* The same for lines of any length: what does not fit the buffer is not cut but given by the next
+ * call, and more is 1 instead of 0. */
+QX_API void apiece_(const int32_t* channel, char* piece, int32_t* count, int32_t* more,
+                    int32_t* status, int32_t pieceLength);
+
 /* Writes a text as one line: awrite_ up to its last non-blank character with a line end,
  * aput_ all its characters and no line end. status 0, or not 0 for a failed write. */
 QX_API void awrite_(const int32_t* channel, const char* text, int32_t* status, int32_t textLength);

@@ -1,5 +1,6 @@
 #include "app/intake/dump/dump.h"
 #include "app/intake/dump/features.h"
+#include "app/intake/dump/side_files.h"
 #include "host/cpp/call.h"
 #include "host/qxfeat.h"
 
@@ -26,6 +27,7 @@ constexpr FeatureClass kFeatures[] = {
     {"addressIntegers", countAddressIntegers, dumpAddressIntegers},
     {"regionPair", countRegionPairs, dumpRegionPairs},
     {"region", countRegions, dumpRegions},
+    {"tolerance", countTolerances, dumpTolerances},
 };
 
 }  // namespace
@@ -44,6 +46,9 @@ void dumpCoverage(Dump& dump, const Dataset& dataset) {
     for (const FeatureClass& each : kFeatures) {
         if (dump.wants(each.className)) each.records(dump, dataset);
     }
+    dumpLog(dump, dataset.path);
+    dumpProjection(dump, dataset.path);
+    dumpMetadata(dump, dataset.path);
 }
 
 }  // namespace program

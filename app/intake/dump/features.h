@@ -34,6 +34,9 @@ void dumpRegionPairs(Dump& dump, const Dataset& dataset);
 void countRegions(const Dataset& dataset, JsonLine& line);
 void dumpRegions(Dump& dump, const Dataset& dataset);
 
+void countTolerances(const Dataset& dataset, JsonLine& line);
+void dumpTolerances(Dump& dump, const Dataset& dataset);
+
 }  // namespace program
 
 #endif
