@@ -54,15 +54,15 @@ void anncre_(int32_t* handle, const char* coverage, const char* subclass, const 
 
 void annwt_(const int32_t* handle, int32_t* number, const void* record) {
     *number = 0;
-    store::RecordWriter* writer = findWriter(handle);
+    FeatureFile* file = findWritten(handle);
     AnnoRecord anno;
     std::memcpy(&anno, record, sizeof anno);
-    if (!writer || anno.pointCount < 0) return;
-    const int32_t realBytes = writer->header().realBytes;
+    if (!file || anno.pointCount < 0) return;
+    const int32_t realBytes = file->coordinateBytes();
     const std::size_t coordinates = coordinatesOf(anno.pointCount);
     const std::string_view text = qx::trimText(anno.text, sizeof anno.text);
     const std::size_t reals = (kFixedReals + coordinates) * static_cast<std::size_t>(realBytes);
-    store::WordWriter words(writer->append(kWordBytes + reals + text.size()));
+    store::WordWriter words(file->writer->append(kWordBytes + reals + text.size()));
     words << anno.userId << anno.groupCode << anno.symbolSize << anno.textSymbol << anno.pointCount
           << anno.lineCount << anno.textLength << anno.leaderCount << anno.extraWord1
           << anno.extraWord2;
@@ -72,11 +72,12 @@ void annwt_(const int32_t* handle, int32_t* number, const void* record) {
     place = putCoordinates(place, {&anno.textHeight, 1}, realBytes);
     place = putCoordinates(place, anno.extraValues, realBytes);
     place = putCoordinates(place, {anno.leaderPoints[0], 2 * QX_ANNO_LEADERS}, realBytes);
-    const auto* points =
-        reinterpret_cast<const double*>(static_cast<const AnnoRecord*>(record) + 1);
-    place = putCoordinates(place, {points, coordinates}, realBytes);
+    const std::span points(
+        reinterpret_cast<const double*>(static_cast<const AnnoRecord*>(record) + 1), coordinates);
+    place = putCoordinates(place, points, realBytes);
     std::memcpy(place, text.data(), text.size());
-    *number = static_cast<int32_t>(writer->count());
+    file->include(points);
+    *number = static_cast<int32_t>(file->writer->count());
 }
 
 void anncls_(const int32_t* handle) {

@@ -1,4 +1,3 @@
-#include "coverage/sections.h"
 #include "host/cpp/call.h"
 #include "host/qxbase.h"
 #include "host/qxfeat.h"
@@ -52,28 +51,6 @@ TEST_F(SideSections, TextsTakeTwoLinesToARecord) {
     EXPECT_EQ(records("projection"),
               std::vector<json>{json::parse(R"({"class":"projection","lines":[]})")});
     EXPECT_EQ(fileBytes(path("DS") + "/log").size(), 159 + 1 + 1 + 82 + 1U);
-}
-
-TEST_F(SideSections, ATextThatCannotBeMadeIsToldAndItsLinesStay) {
-    const Name dataset(path("missing"));
-    for (const auto routine : {IMPLOG, IMPPRJ}) {
-        std::string told;
-        mesink_(
-            [](int32_t level, const char* text, void* user) {
-                if (level == QX_NONFATAL) *static_cast<std::string*>(user) = text;
-            },
-            &told);
-        Status status = kSuccess;
-        routine(dataset, false, status);
-        mesink_(nullptr, nullptr);
-        EXPECT_NE(status, kSuccess);
-        EXPECT_EQ(told, "Unable to create " + path("missing") + ".");
-    }
-    // The same for a table without a coverage.
-    Status status = kSuccess;
-    const std::array<int32_t, 1> none{};
-    qx::call(tolset_, dataset, 0, none, none, std::array<double, 1>{}, status);
-    EXPECT_NE(status, kSuccess);
 }
 
 }  // namespace

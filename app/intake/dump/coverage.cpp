@@ -28,6 +28,7 @@ constexpr FeatureClass kFeatures[] = {
     {"regionPair", countRegionPairs, dumpRegionPairs},
     {"region", countRegions, dumpRegions},
     {"tolerance", countTolerances, dumpTolerances},
+    {"annotation", countAnnotation, dumpAnnotation},
 };
 
 }  // namespace

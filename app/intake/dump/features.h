@@ -37,6 +37,9 @@ void dumpRegions(Dump& dump, const Dataset& dataset);
 void countTolerances(const Dataset& dataset, JsonLine& line);
 void dumpTolerances(Dump& dump, const Dataset& dataset);
 
+void countAnnotation(const Dataset& dataset, JsonLine& line);
+void dumpAnnotation(Dump& dump, const Dataset& dataset);
+
 }  // namespace program
 
 #endif
