@@ -1,5 +1,5 @@
 #include "app/intake/dump/features.h"
-#include "app/intake/subclasses.h"
+#include "app/intake/dump/subclass_walk.h"
 #include "host/cpp/call.h"
 #include "host/qxfeat.h"
 
@@ -11,7 +11,7 @@ namespace {
 
 constexpr int32_t kAnnotationCode = 16;
 
-void dumpRecord(Dump& dump, const std::string& subclass, int32_t number, const AnnoRecord& anno,
+void dumpRecord(Dump& dump, std::string_view subclass, int32_t number, const AnnoRecord& anno,
                 std::span<const double> points) {
     JsonLine line(dump.output(), "annotation");
     line.field("subclass", subclass).field("number", number);
@@ -29,10 +29,10 @@ void dumpRecord(Dump& dump, const std::string& subclass, int32_t number, const A
     line.key("points").pairs(points);
 }
 
-void dumpSubclass(Dump& dump, const Dataset& dataset, const std::string& subclass) {
+void dumpSubclass(Dump& dump, const Dataset& dataset, std::string_view subclass) {
     int32_t annotation = 0;
     int32_t status = 0;
-    call(annopn_, annotation, std::string_view(dataset.path), std::string_view(subclass), status);
+    call(annopn_, annotation, std::string_view(dataset.path), subclass, status);
     if (status != 0) return;
     AnnoRecord anno{};
     std::vector<double> points(1000);
@@ -53,23 +53,21 @@ void dumpSubclass(Dump& dump, const Dataset& dataset, const std::string& subclas
 }  // namespace
 
 void countAnnotation(const Dataset& dataset, JsonLine& line) {
-    for (const std::string& subclass : subclassesOf(dataset.path, kAnnotationCode)) {
+    eachSubclass(dataset.path, kAnnotationCode, [&](std::string_view subclass) {
         int32_t annotation = 0;
         int32_t status = 0;
-        call(annopn_, annotation, std::string_view(dataset.path), std::string_view(subclass),
-             status);
-        if (status != 0) continue;
+        call(annopn_, annotation, std::string_view(dataset.path), subclass, status);
+        if (status != 0) return;
         int32_t count = 0;
         call(annrec_, annotation, count);
-        line.field("annotation/" + subclass, count);
+        line.field("annotation/" + std::string(subclass), count);
         call(anncls_, annotation);
-    }
+    });
 }
 
 void dumpAnnotation(Dump& dump, const Dataset& dataset) {
-    for (const std::string& subclass : subclassesOf(dataset.path, kAnnotationCode)) {
-        dumpSubclass(dump, dataset, subclass);
-    }
+    eachSubclass(dataset.path, kAnnotationCode,
+                 [&](std::string_view subclass) { dumpSubclass(dump, dataset, subclass); });
 }
 
 }  // namespace program

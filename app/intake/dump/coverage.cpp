@@ -22,13 +22,13 @@ constexpr FeatureClass kFeatures[] = {
     {"label", countLabels, dumpLabels},
     {"centroid", countCentroids, dumpCentroids},
     {"polygon", countPolygons, dumpPolygons},
+    {"tolerance", countTolerances, dumpTolerances},
+    {"annotation", countAnnotation, dumpAnnotation},
     {"link", countLinks, dumpLinks},
     {"addressText", countAddressTexts, dumpAddressTexts},
     {"addressIntegers", countAddressIntegers, dumpAddressIntegers},
     {"regionPair", countRegionPairs, dumpRegionPairs},
     {"region", countRegions, dumpRegions},
-    {"tolerance", countTolerances, dumpTolerances},
-    {"annotation", countAnnotation, dumpAnnotation},
 };
 
 }  // namespace
