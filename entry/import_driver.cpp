@@ -12,6 +12,7 @@
 #include "stream/report.h"
 #include "stream/section_codes.h"
 #include "stream/section_header.h"
+#include "tables/sections.h"
 #include "tin/sections.h"
 
 namespace intake {
@@ -116,6 +117,8 @@ Step dispatch(const SectionRow& row) {
     if (import.IMPSKP && (row.code == "MTD" || row.code == "IMD")) return Step::kNext;
     runRoutine(row);
     if (import.INSTCK && import.IMPSKP) turnFromSkippedGrid(import);
+    // The metadata of tables ends a file, but for the members of a stack.
+    if (row.code == "IMD") return import.INSTCK ? Step::kNext : Step::kFinish;
     return row.after == After::kEnd ? Step::kFinish : Step::kNext;
 }
 
@@ -181,6 +184,7 @@ void rearmImport() {
     rearmRaster();
     import = {};
     reader = {};
+    rearmTables();
     rearmTin();
 }
 

@@ -5,6 +5,7 @@
 #include "raster/sections.h"
 #include "stream/section_codes.h"
 #include "symbols/sections.h"
+#include "tables/sections.h"
 #include "tin/sections.h"
 
 namespace intake {
@@ -33,6 +34,19 @@ void sideText(ImportState& import) {
     routine(import.DSNAME, import.IMPSKP, import.IMPSTS);
 }
 
+// The oldest form of tables has a routine of its own.
+void importTables(ImportState& import) {
+    if (import.SECPRC == kOldest) {
+        IM1IFO(import.DSNAME, 1, import.INFKND, import.IMPSKP, import.IMPSTS);
+    } else {
+        IMPIFO(import.DSNAME, import.HDRPRC, import.SECPRC, import.INFKND, import.IMPSKP,
+               import.IMPSTS);
+    }
+}
+void importTableMetadata(ImportState& import) {
+    IMPIMD(import.DSNAME, import.INFKND, import.IMPSTS);
+}
+
 constexpr auto kNext = After::kNext;
 constexpr auto kEnd = After::kEnd;
 
@@ -44,8 +58,8 @@ constexpr std::array<SectionRow, 47> kRows = {{
     {"CNT", kCoverage, kNext, withPrecision<IMPCNT>},
     {"TOL", kCoverage, kNext, withPrecision<IMPTOL>},
     {"TXT", kCoverage, kNext, withPrecision<IMPTXT>},
-    {"IFO", kInfoDatafile, kNext, nullptr},
-    {"ASC", kTextFile, kEnd, nullptr},
+    {"IFO", kInfoDatafile, kNext, importTables},
+    {"ASC", kTextFile, kEnd, plain<IMPASC>},
     {"LNK", kCoverage, kNext, withPrecision<IMPLNK>},
     {"ADP", kCoverage, kNext, plain<IMPADP>},
     {"ADI", kCoverage, kNext, plain<IMPADI>},
@@ -83,8 +97,8 @@ constexpr std::array<SectionRow, 47> kRows = {{
     {"RPL", kCoverage, kNext, withPrecision<IMPRPL>},
     {"EOS", kNoKind, kEnd, nullptr},
     {"TX7", kCoverage, kNext, withPrecision<IMPTX7>},
-    {"MTD", kCoverage, kNext, nullptr},
-    {"IMD", kCoverage, kNext, nullptr},
+    {"MTD", kCoverage, kNext, plain<IMPMTD>},
+    {"IMD", kCoverage, kNext, importTableMetadata},
 }};
 
 constexpr bool inOrderOfCodes() {

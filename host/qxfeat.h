@@ -12,6 +12,9 @@
 #include "host/qxfeat/polygons.h"
 #include "host/qxfeat/region_pairs.h"
 #include "host/qxfeat/subclasses.h"
+#include "host/qxfeat/table_names.h"
+#include "host/qxfeat/table_reading.h"
+#include "host/qxfeat/tables.h"
 #include "host/qxfeat/tolerances.h"
 
 #endif

@@ -206,11 +206,11 @@ bool parseLogical(std::string_view field, bool& value) {
     return true;
 }
 
-void failedField(std::string_view field, std::size_t firstColumn) {
+void failedField(std::string_view field, std::size_t firstColumn, int64_t linesBack) {
     const std::string columns =
         std::to_string(firstColumn) + " to " + std::to_string(firstColumn + field.size() - 1);
     const std::string place =
-        std::to_string(reader.lineNumber) + " of " + std::string(reader.IMPNAM.view());
+        std::to_string(reader.lineNumber - linesBack) + " of " + std::string(reader.IMPNAM.view());
     fatal("Could not read \"%1%\" in columns %2% of line %3%", field, std::string_view(columns),
           std::string_view(place));
 }

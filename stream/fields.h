@@ -29,8 +29,9 @@ bool parseReal(std::string_view field, int decimals, int scale, double& value);
 bool parseLogical(std::string_view field, bool& value);
 
 // Ends the import with the one message for a field that cannot be read: the text, its columns
-// (from 1) and the line of the file that was read last.
-[[noreturn]] void failedField(std::string_view field, std::size_t firstColumn);
+// (from 1) and the line of the file that was read last, or one so many lines before it.
+[[noreturn]] void failedField(std::string_view field, std::size_t firstColumn,
+                              int64_t linesBack = 0);
 
 // A field at a place of a line, for formats that are only known at run time.
 template <class T>

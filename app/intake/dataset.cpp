@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "app/intake/dump/tables.h"
 #include "app/intake/plots.h"
 #include "app/intake/symbol_sets.h"
 #include "host/cpp/call.h"
@@ -45,6 +46,30 @@ bool isStack(const std::string& path) {
     return status == 0;
 }
 
+// A table has no file of its own name.
+bool isTable(const std::string& path) {
+    int32_t status = 0;
+    qx::call(aexist_, std::string_view(path), status);
+    if (status == 0) return false;
+    const TablePlace place = placeOfTable(path);
+    int32_t table = 0;
+    int32_t records = 0;
+    int32_t bytes = 0;
+    qx::call(infopn_, place.name, place.directory, "", 1, table, records, bytes, status);
+    if (status != 0) return false;
+    qx::call(infcls_, table);
+    return true;
+}
+
+bool isPlainFile(const std::string& path) {
+    int32_t channel = 0;
+    int32_t status = 0;
+    qx::call(aopen_, channel, std::string_view(path), status);
+    if (status != 0) return false;
+    qx::call(aclose_, channel);
+    return true;
+}
+
 struct Recognizer {
     const char* kind;
     bool (*fits)(const std::string& path);
@@ -57,6 +82,7 @@ constexpr Recognizer kCertain[] = {
     {"Lattice", isRaster<QX_LATTICE>},
     {"Grid", isRaster<QX_GRID>},
     {"Stack", isStack},
+    {"Info Datafile", isTable},
     {"Plot File", isPlot},
     // A directory that is nothing else and holds plot files alone.
     {"Map", isMap},
@@ -91,6 +117,8 @@ constexpr Guess kGuesses[] = {
     {kTexts, isSymbolSet<kTexts>, isSymbolSet<kTexts>},
     {"Font File", isFont, mayBeFont},
 };
+// A file that fits nothing else.
+constexpr char kTextFile[] = "Text File";
 
 std::string lastName(const std::string& path) {
     qx::Name name;
@@ -108,6 +136,7 @@ std::vector<std::string> kindsOf(const std::string& path) {
     for (const Guess& each : kGuesses) {
         if (each.fits(path)) kinds.emplace_back(each.kind);
     }
+    if (kinds.empty() && isPlainFile(path)) kinds.emplace_back(kTextFile);
     return kinds;
 }
 
@@ -115,6 +144,7 @@ Dataset findDataset(const std::string& path, const std::string& kind) {
     for (const Guess& each : kGuesses) {
         if (kind == each.kind && each.mayBe(path)) return {path, lastName(path), kind};
     }
+    if (kind == kTextFile && isPlainFile(path)) return {path, lastName(path), kind};
     const std::vector<std::string> kinds = kindsOf(path);
     if (kinds.empty()) throw std::runtime_error(path + ": no dataset of this name");
     if (!kind.empty()) {

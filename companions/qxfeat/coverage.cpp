@@ -70,6 +70,8 @@ void featinitC() {
 void featendC() {
     qxfeat::closeFeatures();
     qxfeat::closeSubclassWalks();
+    qxfeat::closeTables();
+    qxfeat::closeTableLists();
     store::tellFailures();
 }
 

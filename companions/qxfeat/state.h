@@ -8,6 +8,9 @@ namespace qxfeat {
 // Closes every open file of features.
 void closeFeatures();
 void closeSubclassWalks();
+// Closes every open table and list of tables.
+void closeTables();
+void closeTableLists();
 
 }  // namespace qxfeat
 

@@ -1,6 +1,7 @@
 #include "companions/store/file.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -106,6 +107,14 @@ bool File::truncate(int64_t size) {
     if (::ftruncate(descriptor_, size) == 0) return true;
     rememberFailure(path_, errno);
     return false;
+}
+
+bool File::lock() {
+    int result;
+    do {
+        result = ::flock(descriptor_, LOCK_EX);
+    } while (result != 0 && errno == EINTR);
+    return result == 0;
 }
 
 void File::close() {

@@ -33,6 +33,8 @@ class File {
     // Writes all bytes at a position. A failure is remembered (see failures.h).
     bool writeAt(int64_t position, std::span<const std::byte> bytes);
     bool truncate(int64_t size);
+    // Waits until no other process has the file locked, and locks it for as long as it is open.
+    bool lock();
     void close();
 
   private:

@@ -1,6 +1,7 @@
 #include "app/intake/dump/dump.h"
 #include "app/intake/dump/features.h"
 #include "app/intake/dump/side_files.h"
+#include "app/intake/dump/tables.h"
 #include "host/cpp/call.h"
 #include "host/qxfeat.h"
 
@@ -50,6 +51,7 @@ void dumpCoverage(Dump& dump, const Dataset& dataset) {
     dumpLog(dump, dataset.path);
     dumpProjection(dump, dataset.path);
     dumpMetadata(dump, dataset.path);
+    dumpTables(dump, dataset.path);
 }
 
 }  // namespace program

@@ -26,6 +26,8 @@ constexpr Kind kKinds[] = {
     {"Markerset File", dumpSymbolSet},
     {"Shadeset File", dumpSymbolSet},
     {"Textset File", dumpSymbolSet},
+    {"Info Datafile", dumpInfoDatafile},
+    {"Text File", dumpTextFile},
 };
 // clang-format on
 

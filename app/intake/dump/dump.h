@@ -44,6 +44,8 @@ void dumpSymbolSet(Dump& dump, const Dataset& dataset);
 void dumpFont(Dump& dump, const Dataset& dataset);
 void dumpPlot(Dump& dump, const Dataset& dataset);
 void dumpMap(Dump& dump, const Dataset& dataset);
+void dumpInfoDatafile(Dump& dump, const Dataset& dataset);
+void dumpTextFile(Dump& dump, const Dataset& dataset);
 
 }  // namespace program
 

@@ -1,0 +1,90 @@
+// A table that is open.
+#ifndef COMPANIONS_QXFEAT_TABLE_H
+#define COMPANIONS_QXFEAT_TABLE_H
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "companions/qxfeat/table_definition.h"
+#include "companions/store/handle_table.h"
+#include "companions/store/open_files.h"
+#include "companions/store/record_file.h"
+
+namespace qxfeat {
+
+// File codes of a table's records and of an item's index.
+inline constexpr int32_t kTableRecordsCode = -2;
+inline constexpr int32_t kItemIndexCode = -3;
+
+class Table : public store::Buffered {
+  public:
+    // A table that is being defined; its definition is stored as it grows.
+    static std::unique_ptr<Table> define(const std::string& directory, int32_t number,
+                                         std::string_view name);
+    // One that is there; null if its files cannot be understood.
+    static std::unique_ptr<Table> open(const std::string& directory, int32_t number, bool toWrite);
+    ~Table() override;
+
+    const TableDefinition& definition() const { return definition_; }
+    const std::string& directory() const { return directory_; }
+    int32_t number() const { return number_; }
+    int64_t recordCount() const;
+
+    // Defining. All are false once there are records.
+    bool addItem(TableItem item);
+    bool putRecordsIn(const std::string& path);
+    // Keeps that an item, by its place from 0, has an index.
+    void markIndexed(std::size_t place);
+
+    bool putRecord(int64_t number, const std::byte* record);
+    // The bytes that infenc_ is to fill for an item of this table that is moved; empty for others.
+    std::span<std::byte> movedBytes(const QxItemDescriptor& item);
+
+    // Reading: the record of a number, or the next one; false if there is none.
+    bool readRecord(int64_t number);
+    bool readNext();
+    int64_t recordNumber() const;
+    // An item's bytes in the record that was read last; empty if none was.
+    std::span<const std::byte> itemBytes(const TableItem& item) const;
+    // A reader of its own over the records as they are now; null if there are none yet.
+    std::unique_ptr<store::RecordReader> records();
+    // The index of an item, by its place from 0; null if it has none that can be read.
+    store::RecordReader* index(std::size_t place);
+
+    std::string recordsPath() const;
+    std::string indexPath(std::size_t place) const;
+    void flush() override;
+
+  private:
+    Table(std::string directory, int32_t number)
+        : directory_(std::move(directory)), number_(number) {}
+    bool startRecords();
+    bool hasRecords() const { return writer_ || reader_ || opened_; }
+
+    struct Moved {
+        std::size_t item;
+        std::vector<std::byte> bytes;
+    };
+
+    std::string directory_;
+    int32_t number_;
+    TableDefinition definition_;
+    bool changed_ = false;
+    bool opened_ = false;
+    std::unique_ptr<store::RecordWriter> writer_;
+    std::unique_ptr<store::RecordReader> reader_;
+    std::vector<std::byte> record_;
+    bool recordRead_ = false;
+    std::vector<Moved> moved_;
+    std::map<std::size_t, std::unique_ptr<store::RecordReader>> indexes_;
+};
+
+store::HandleTable<Table>& tables();
+// The table whose moved items infenc_ fills: the one that was defined or opened to write last.
+Table* tableBeingWritten();
+
+}  // namespace qxfeat
+
+#endif

@@ -1,0 +1,126 @@
+#include "companions/qxfeat/table_definition.h"
+
+#include <algorithm>
+
+#include "companions/qxfeat/catalogue.h"
+#include "companions/qxfeat/packed_words.h"
+
+namespace qxfeat {
+
+namespace {
+
+constexpr std::string_view kMark = "QXTABLED";
+constexpr int32_t kVersion = 1;
+
+int32_t endOf(const QxItemDescriptor& item) { return item.start - 1 + item.width; }
+
+bool overlap(const QxItemDescriptor& left, const QxItemDescriptor& right) {
+    return std::max(left.start - 1, right.start - 1) < std::min(endOf(left), endOf(right));
+}
+
+bool lieWithin(const QxItemDescriptor& inner, const QxItemDescriptor& outer) {
+    return inner.start >= outer.start && endOf(inner) <= endOf(outer);
+}
+
+// Every number that is kept of an item, in the order of the file.
+template <class Stream, class Item>
+void eachNumber(Stream&& next, Item& each) {
+    auto& item = each.item;
+    for (auto* number : {&item.descriptor.width, &item.descriptor.start, &item.descriptor.type,
+                         &item.descriptor.decimals, &item.descriptor.outputWidth, &item.redefined,
+                         &item.number, &item.indexed, &each.offset, &item.kept[0], &item.kept[1],
+                         &item.kept[2], &item.kept[3], &item.kept[4], &item.kept[5]}) {
+        next(*number);
+    }
+}
+
+}  // namespace
+
+bool isTextType(int32_t type) {
+    return type == QX_ITEM_DATE || type == QX_ITEM_CHARACTER || type == QX_ITEM_INTEGER_TEXT;
+}
+
+bool samePlace(const QxItemDescriptor& left, const QxItemDescriptor& right) {
+    return left.start == right.start && left.width == right.width &&
+           (left.type == right.type || (isTextType(left.type) && isTextType(right.type)));
+}
+
+void TableDefinition::add(TableItem item) {
+    const QxItemDescriptor& place = item.item.descriptor;
+    bool clash = false;
+    bool twin = false;
+    for (const TableItem& other : items) {
+        if (item.item.redefined != 0 || other.item.redefined != 0) continue;
+        clash |= overlap(place, other.item.descriptor);
+        twin |= samePlace(place, other.item.descriptor);
+    }
+    item.moved = clash && !twin;
+    items.push_back(std::move(item));
+}
+
+void TableDefinition::layOut() {
+    recordLength = 0;
+    bool anyMoved = false;
+    for (const TableItem& each : items) {
+        recordLength = std::max(recordLength, endOf(each.item.descriptor));
+        anyMoved |= each.moved;
+    }
+    recordLength += recordLength % 2;
+    storedLength = recordLength;
+    for (TableItem& each : items) {
+        each.offset = each.moved ? storedLength : each.item.descriptor.start - 1;
+        if (each.moved) storedLength += each.item.descriptor.width;
+    }
+    if (!anyMoved) return;
+    // A twin, or a redefined item, goes where the item went that it lies in.
+    for (TableItem& each : items) {
+        if (each.moved) continue;
+        for (const TableItem& host : items) {
+            if (&host == &each || host.item.redefined != 0) continue;
+            const bool together = each.item.redefined != 0
+                                      ? lieWithin(each.item.descriptor, host.item.descriptor)
+                                      : samePlace(each.item.descriptor, host.item.descriptor);
+            if (!together) continue;
+            each.offset = host.offset + each.item.descriptor.start - host.item.descriptor.start;
+            break;
+        }
+    }
+}
+
+bool TableDefinition::write(const std::string& path) const {
+    PackedWriter writer;
+    writer.raw(kMark) << kVersion << recordLength << storedLength
+                      << static_cast<int32_t>(items.size()) << std::string_view(name)
+                      << std::string_view(externalPath);
+    for (const TableItem& each : items) {
+        writer << std::string_view(each.name) << std::string_view(each.alternateName);
+        eachNumber([&](int32_t number) { writer << number; }, each);
+    }
+    return replaceFile(path, writer.bytes());
+}
+
+bool TableDefinition::read(const std::string& path) {
+    *this = {};
+    PackedReader reader(path, kMark);
+    int32_t version = 0;
+    int32_t count = 0;
+    reader >> version >> recordLength >> storedLength >> count >> name >> externalPath;
+    if (!reader.ok() || version != kVersion || recordLength < 0 || storedLength < recordLength) {
+        return false;
+    }
+    for (int32_t index = 0; index < count; ++index) {
+        TableItem each;
+        reader >> each.name >> each.alternateName;
+        eachNumber([&](int32_t& number) { reader >> number; }, each);
+        const QxItemDescriptor& place = each.item.descriptor;
+        const bool inside = place.start >= 1 && place.width >= 0 && each.offset >= 0 &&
+                            int64_t{place.start} - 1 + place.width <= kHighestEnd &&
+                            int64_t{each.offset} + place.width <= storedLength;
+        if (!reader.ok() || !inside) return false;
+        each.moved = each.item.redefined == 0 && each.offset >= recordLength && place.width > 0;
+        items.push_back(std::move(each));
+    }
+    return true;
+}
+
+}  // namespace qxfeat

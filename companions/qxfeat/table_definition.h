@@ -1,0 +1,48 @@
+// What a table is made of, as its definition file keeps it.
+#ifndef COMPANIONS_QXFEAT_TABLE_DEFINITION_H
+#define COMPANIONS_QXFEAT_TABLE_DEFINITION_H
+
+#include <string>
+#include <vector>
+
+#include "host/qxfeat/table_reading.h"
+
+namespace qxfeat {
+
+// The last byte of a record that an item may take.
+inline constexpr int32_t kHighestEnd = 32766;
+
+struct TableItem {
+    std::string name;
+    std::string alternateName;
+    QxItem item{};
+    int32_t offset = 0;  // of its bytes in the stored record, from 0
+    // A stored item that shares bytes with one defined before it is moved behind the record proper,
+    // so that each keeps its value.
+    bool moved = false;
+};
+
+struct TableDefinition {
+    std::string name;
+    std::string externalPath;  // of the records, from the workspace on; empty for none
+    int32_t recordLength = 0;  // bytes that the items span, rounded up to an even number
+    int32_t storedLength = 0;  // the same with the items that were moved
+    std::vector<TableItem> items;
+
+    // Adds an item, and settles whether it is moved.
+    void add(TableItem item);
+    // Settles the record's length and where each item lies in it.
+    void layOut();
+
+    bool write(const std::string& path) const;
+    // False if the file is none, or says what cannot be.
+    bool read(const std::string& path);
+};
+
+bool isTextType(int32_t type);
+// Whether two descriptors name the same bytes in the same manner.
+bool samePlace(const QxItemDescriptor& left, const QxItemDescriptor& right);
+
+}  // namespace qxfeat
+
+#endif

@@ -1,0 +1,124 @@
+#include "host/qxfeat/table_reading.h"
+
+#include <algorithm>
+
+#include "companions/qxfeat/catalogue.h"
+#include "companions/qxfeat/item_values.h"
+#include "companions/qxfeat/state.h"
+#include "companions/qxfeat/table.h"
+#include "host/cpp/fixed_text.h"
+
+namespace {
+
+using namespace qxfeat;
+using qx::textArgument;
+using qx::textResult;
+
+constexpr int32_t kSuccess = 0;
+constexpr int32_t kFailed = -1;
+constexpr int32_t kEnd = -1;
+
+struct TableList {
+    std::vector<Catalogue::Entry> entries;
+    std::size_t next = 0;
+};
+
+store::HandleTable<TableList> lists;
+
+bool belongs(std::string_view table, std::string_view owner) {
+    return table.substr(0, table.rfind('.')) == owner && table.size() > owner.size();
+}
+
+const TableItem* findItem(const int32_t* table, const int32_t* place) {
+    const Table* found = tables().find(*table);
+    if (!found || *place < 1) return nullptr;
+    const auto& items = found->definition().items;
+    const auto index = static_cast<std::size_t>(*place) - 1;
+    return index < items.size() ? &items[index] : nullptr;
+}
+
+}  // namespace
+
+namespace qxfeat {
+
+void closeTableLists() { lists.closeAll(); }
+
+}  // namespace qxfeat
+
+void inflst_(int32_t* list, const char* directory, const char* owner, int32_t* count,
+             int32_t directoryLength, int32_t ownerLength) {
+    const std::string_view wanted = textArgument(owner, ownerLength);
+    Catalogue catalogue;
+    // What a damaged catalogue still names is listed.
+    readCatalogue(std::string(textArgument(directory, directoryLength)), catalogue);
+    if (!wanted.empty()) {
+        std::erase_if(catalogue.entries,
+                      [&](const Catalogue::Entry& entry) { return !belongs(entry.name, wanted); });
+    }
+    *count = static_cast<int32_t>(catalogue.entries.size());
+    auto made = std::make_unique<TableList>();
+    made->entries = std::move(catalogue.entries);
+    *list = lists.add(std::move(made));
+}
+
+void infnxt_(const int32_t* list, char* name, int32_t* status, int32_t nameLength) {
+    TableList* found = lists.find(*list);
+    *status = kEnd;
+    if (!found || found->next == found->entries.size()) return;
+    textResult(name, nameLength, found->entries[found->next++].name);
+    *status = kSuccess;
+}
+
+void infend_(const int32_t* list) { lists.close(*list); }
+
+void infitc_(const int32_t* table, int32_t* items, int32_t* external) {
+    const Table* found = tables().find(*table);
+    *items = found ? static_cast<int32_t>(found->definition().items.size()) : 0;
+    *external = found && !found->definition().externalPath.empty() ? 1 : 0;
+}
+
+void infitm_(const int32_t* table, const int32_t* place, QxItem* item, char* name,
+             char* alternateName, int32_t* status, int32_t nameLength,
+             int32_t alternateNameLength) {
+    const TableItem* found = findItem(table, place);
+    *status = found ? kSuccess : kFailed;
+    if (!found) return;
+    *item = found->item;
+    textResult(name, nameLength, found->name);
+    textResult(alternateName, alternateNameLength, found->alternateName);
+}
+
+void inffnd_(const int32_t* table, const char* name, int32_t* place, int32_t nameLength) {
+    *place = 0;
+    const Table* found = tables().find(*table);
+    if (!found) return;
+    const auto& items = found->definition().items;
+    const std::string_view wanted = textArgument(name, nameLength);
+    const auto item = std::find_if(items.begin(), items.end(),
+                                   [&](const TableItem& each) { return each.name == wanted; });
+    if (item != items.end()) *place = static_cast<int32_t>(item - items.begin()) + 1;
+}
+
+void infget_(const int32_t* table, const int32_t* number, int32_t* status) {
+    Table* found = tables().find(*table);
+    *status = found && found->readRecord(*number) ? kSuccess : kFailed;
+}
+
+void infrd_(const int32_t* table, int32_t* number, int32_t* status) {
+    Table* found = tables().find(*table);
+    *status = found && found->readNext() ? kSuccess : kEnd;
+    if (*status == kSuccess) *number = static_cast<int32_t>(found->recordNumber());
+}
+
+void infval_(const int32_t* table, const int32_t* place, double* value, char* text, int32_t* status,
+             int32_t textLength) {
+    const TableItem* item = findItem(table, place);
+    *status = kFailed;
+    if (!item) return;
+    const auto bytes = tables().find(*table)->itemBytes(*item);
+    if (bytes.empty() && item->item.descriptor.width != 0) return;
+    *value = unpackNumber(item->item.descriptor, bytes);
+    const auto* characters = reinterpret_cast<const char*>(bytes.data());
+    textResult(text, textLength, {characters, bytes.size()});
+    *status = kSuccess;
+}

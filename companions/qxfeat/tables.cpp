@@ -1,0 +1,178 @@
+#include "host/qxfeat/tables.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+
+#include "companions/qxfeat/catalogue.h"
+#include "companions/qxfeat/item_values.h"
+#include "companions/qxfeat/state.h"
+#include "companions/qxfeat/table.h"
+#include "companions/store/member_names.h"
+#include "host/cpp/fixed_text.h"
+
+namespace {
+
+using namespace qxfeat;
+using qx::textArgument;
+
+constexpr int32_t kSuccess = 0;
+constexpr int32_t kFailed = -1;
+
+void giveName(char* buffer, int32_t length, std::string_view name) {
+    const bool fits = static_cast<int64_t>(name.size()) <= length;
+    qx::textResult(buffer, length, fits ? name : std::string_view());
+}
+
+bool haveDirectory(const std::string& path) {
+    return store::isDirectory(path) || store::makeDirectory(path) || store::isDirectory(path);
+}
+
+void removeFiles(const std::string& directory, int32_t number) {
+    TableDefinition definition;
+    definition.read(tableFile(directory, number, "def"));
+    for (std::size_t item = 1; item <= definition.items.size(); ++item) {
+        ::unlink(tableFile(directory, number, "index" + std::to_string(item)).c_str());
+    }
+    for (const char* suffix : {"dat", "xml", "def"}) {
+        ::unlink(tableFile(directory, number, suffix).c_str());
+    }
+}
+
+}  // namespace
+
+namespace qxfeat {
+
+void closeTables() { tables().closeAll(); }
+
+}  // namespace qxfeat
+
+void infarc_(const char* coverage, char* directory, char* prefix, char* name,
+             int32_t coverageLength, int32_t directoryLength, int32_t prefixLength,
+             int32_t nameLength) {
+    const std::string_view path = textArgument(coverage, coverageLength);
+    giveName(directory, directoryLength, store::infoDirectory(path));
+    qx::textResult(prefix, prefixLength, "");
+    giveName(name, nameLength, store::namePart(path));
+}
+
+void infpth_(const char* path, char* directory, char* prefix, char* name, int32_t pathLength,
+             int32_t directoryLength, int32_t prefixLength, int32_t nameLength) {
+    infarc_(path, directory, prefix, name, pathLength, directoryLength, prefixLength, nameLength);
+}
+
+void infers_(const char* name, const char* directory, const char*, const int32_t*, int32_t* status,
+             int32_t nameLength, int32_t directoryLength, int32_t) {
+    const std::string place(textArgument(directory, directoryLength));
+    const std::string_view wanted = textArgument(name, nameLength);
+    *status = kSuccess;
+    if (!store::isDirectory(place)) return;
+    const CatalogueLock lock(place);
+    Catalogue catalogue;
+    *status = kFailed;
+    if (!lock.held() || !readCatalogue(place, catalogue)) return;
+    *status = kSuccess;
+    const Catalogue::Entry* found = catalogue.find(wanted);
+    if (!found) return;
+    const int32_t number = found->number;
+    catalogue.entries.erase(catalogue.entries.begin() + (found - catalogue.entries.data()));
+    if (!replaceCatalogue(place, catalogue)) {
+        *status = kFailed;
+        return;
+    }
+    removeFiles(place, number);
+}
+
+void infdef_(const char* name, const char* directory, const char*, const int32_t*, int32_t* table,
+             int32_t* status, int32_t nameLength, int32_t directoryLength, int32_t) {
+    const std::string place(textArgument(directory, directoryLength));
+    const std::string_view wanted = textArgument(name, nameLength);
+    *status = kFailed;
+    if (wanted.empty() || place.empty() || !haveDirectory(place)) return;
+    const CatalogueLock lock(place);
+    Catalogue catalogue;
+    if (!lock.held() || !readCatalogue(place, catalogue) || catalogue.find(wanted)) return;
+    if (catalogue.nextNumber == INT32_MAX) return;
+    const int32_t number = catalogue.nextNumber++;
+    // What a table that was cut off in its definition left under this number is no part of it.
+    removeFiles(place, number);
+    auto made = Table::define(place, number, wanted);
+    catalogue.entries.push_back({number, std::string(wanted)});
+    if (!replaceCatalogue(place, catalogue)) return;
+    *table = tables().add(std::move(made));
+    *status = kSuccess;
+}
+
+void infadi_(const int32_t* table, const int32_t* redefined, const char* name,
+             const char* alternateName, const char*, const int32_t* type, const int32_t* width,
+             const int32_t* outputWidth, const int32_t* decimals, const int32_t* column26,
+             const int32_t* column37, const int32_t* columns38to39, const int32_t* columns20to21,
+             const int32_t* columns40to43, const int32_t* columns44to47, const int32_t* start,
+             int32_t* status, int32_t nameLength, int32_t alternateNameLength, int32_t) {
+    *status = kFailed;
+    Table* found = tables().find(*table);
+    if (!found || *start < 1 || *width < 0) return;
+    if (int64_t{*start} - 1 + *width > kHighestEnd) return;
+    TableItem item;
+    item.name = textArgument(name, nameLength);
+    item.alternateName = textArgument(alternateName, alternateNameLength);
+    item.item.descriptor = {*start, *width, *type, *decimals, *outputWidth};
+    item.item.redefined = *redefined != 0 ? 1 : 0;
+    const int32_t* kept[] = {columns20to21, column26,      column37,
+                             columns38to39, columns40to43, columns44to47};
+    std::transform(std::begin(kept), std::end(kept), item.item.kept,
+                   [](const int32_t* value) { return *value; });
+    if (found->addItem(std::move(item))) *status = kSuccess;
+}
+
+void infxtn_(const int32_t* table, const char* path, int32_t* status, int32_t pathLength) {
+    Table* found = tables().find(*table);
+    const std::string file(textArgument(path, pathLength));
+    *status = found && found->putRecordsIn(file) ? kSuccess : kFailed;
+}
+
+void infopn_(const char* name, const char* directory, const char*, const int32_t* mode,
+             int32_t* table, int32_t* recordCount, int32_t* recordLength, int32_t* status,
+             int32_t nameLength, int32_t directoryLength, int32_t) {
+    constexpr int32_t kToWrite = 2;
+    const std::string place(textArgument(directory, directoryLength));
+    Catalogue catalogue;
+    *status = kFailed;
+    if (!readCatalogue(place, catalogue)) return;
+    const Catalogue::Entry* found = catalogue.find(textArgument(name, nameLength));
+    auto opened = found ? Table::open(place, found->number, *mode == kToWrite) : nullptr;
+    if (!opened) return;
+    *recordCount = static_cast<int32_t>(std::min<int64_t>(opened->recordCount(), INT32_MAX));
+    *recordLength = opened->definition().recordLength;
+    *table = tables().add(std::move(opened));
+    *status = kSuccess;
+}
+
+void infcls_(const int32_t* table) { tables().close(*table); }
+
+void infenc_(const QxItemDescriptor* item, const double* value, const char* text,
+             const int32_t* recordLength, void* record, int32_t* status, int32_t textLength) {
+    *status = kFailed;
+    if (item->start < 1 || item->width < 0) return;
+    std::span<std::byte> bytes;
+    if (Table* table = tableBeingWritten()) bytes = table->movedBytes(*item);
+    if (bytes.empty()) {
+        if (int64_t{item->start} - 1 + item->width > *recordLength) return;
+        bytes = {static_cast<std::byte*>(record) + item->start - 1,
+                 static_cast<std::size_t>(item->width)};
+    }
+    const std::string_view characters(text, static_cast<std::size_t>(std::max(textLength, 0)));
+    if (packItem(*item, *value, characters, bytes)) *status = kSuccess;
+}
+
+void infput_(const int32_t* table, const int32_t* number, const void* record, int32_t* status) {
+    Table* found = tables().find(*table);
+    *status = found && found->putRecord(*number, static_cast<const std::byte*>(record)) ? kSuccess
+                                                                                        : kFailed;
+}
+
+void infxml_nam_(const int32_t* table, char* path, int32_t pathLength) {
+    const Table* found = tables().find(*table);
+    giveName(path, pathLength,
+             found ? tableFile(found->directory(), found->number(), "xml") : std::string());
+}

@@ -1,0 +1,11 @@
+#include "tables/state.h"
+
+#include "tables/sections.h"
+
+namespace intake {
+
+TablesState tablesState;
+
+void rearmTables() { tablesState = {}; }
+
+}  // namespace intake

@@ -1,0 +1,21 @@
+// What outlives a section: one record for the process.
+#ifndef TABLES_STATE_H
+#define TABLES_STATE_H
+
+#include "stream/types.h"
+
+namespace intake {
+
+struct TablesState {
+    // Tables are named after the target. Set once, and not taken back while an import runs.
+    bool renaming = false;          // IMPINF
+    bool renamingOlder = false;     // IM1INF
+    bool renamingMetadata = false;  // IMPIMD
+    Handle textChannel = 0;         // the file of TXTOPN, TXTPUT and TXTCLS
+};
+
+extern TablesState tablesState;
+
+}  // namespace intake
+
+#endif
