@@ -49,19 +49,26 @@ need() {
     fi
 }
 
+# configure PRESET: prepares build/PRESET where that has not been done.
+configure() {
+    local preset=$1 log=build/$1.log
+    if [[ -f build/$preset/build.ninja && build/$preset/build.ninja -nt CMakePresets.json ]]; then
+        return 0
+    fi
+    echo "Preparing build/$preset" >&2
+    mkdir -p build
+    if ! cmake --preset "$preset" >"$log" 2>&1; then
+        cat "$log" >&2
+        exit 1
+    fi
+    touch "build/$preset/build.ninja"
+}
+
 # build PRESET [TARGET...]: brings build/PRESET up to date. Says nothing when nothing was stale.
 build() {
     local preset=$1 log=build/$1.log
     shift
-    mkdir -p build
-    if [[ ! -f build/$preset/build.ninja || CMakePresets.json -nt build/$preset/build.ninja ]]; then
-        echo "Preparing build/$preset" >&2
-        if ! cmake --preset "$preset" >"$log" 2>&1; then
-            cat "$log" >&2
-            exit 1
-        fi
-        touch "build/$preset/build.ninja"
-    fi
+    configure "$preset"
     local terminal=0
     [[ ! -t 2 ]] || terminal=1
     if ! cmake --build --preset "$preset" ${1:+--target "$@"} 2>&1 </dev/null | tee "$log" |
