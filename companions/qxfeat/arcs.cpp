@@ -13,9 +13,7 @@ using namespace qxfeat;
 // Number, user id, from-node, to-node, left and right polygon, vertex count.
 constexpr std::size_t kFixedBytes = 7 * 4;
 
-std::size_t realsOf(int32_t vertexCount) {
-    return static_cast<std::size_t>(vertexCount) * 2;
-}
+std::size_t realsOf(int32_t vertexCount) { return static_cast<std::size_t>(vertexCount) * 2; }
 
 }  // namespace
 
@@ -43,17 +41,13 @@ void arcwt_(const int32_t* handle, const int32_t* number, const void* record) {
     file->include(vertices);
 }
 
-void arccls_(const int32_t* handle) {
-    featureFiles().close(*handle);
-}
+void arccls_(const int32_t* handle) { featureFiles().close(*handle); }
 
 void arcopn_(int32_t* handle, const char* coverage, int32_t* status, int32_t coverageLength) {
     enterReader(handle, status, openFeatures(qx::textArgument(coverage, coverageLength), kArcCode));
 }
 
-void arcrec_(const int32_t* handle, int32_t* count) {
-    countRecords(handle, count);
-}
+void arcrec_(const int32_t* handle, int32_t* count) { countRecords(handle, count); }
 
 void arcpos_(const int32_t* handle, const int32_t* record, int32_t* status) {
     goToRecord(handle, record, status);

@@ -42,18 +42,14 @@ void cntwt_(const int32_t* handle, const int32_t*, const void* record) {
     file->include(point);
 }
 
-void cntcls_(const int32_t* handle) {
-    featureFiles().close(*handle);
-}
+void cntcls_(const int32_t* handle) { featureFiles().close(*handle); }
 
 void cntopn_(int32_t* handle, const char* coverage, int32_t* status, int32_t coverageLength) {
     enterReader(handle, status,
                 openFeatures(qx::textArgument(coverage, coverageLength), kCentroidCode));
 }
 
-void cntrec_(const int32_t* handle, int32_t* count) {
-    countRecords(handle, count);
-}
+void cntrec_(const int32_t* handle, int32_t* count) { countRecords(handle, count); }
 
 void cntpos_(const int32_t* handle, const int32_t* record, int32_t* status) {
     goToRecord(handle, record, status);

@@ -33,18 +33,14 @@ void labwt_(const int32_t* handle, const int32_t*, const void* record) {
     file->include(point);
 }
 
-void labcls_(const int32_t* handle) {
-    featureFiles().close(*handle);
-}
+void labcls_(const int32_t* handle) { featureFiles().close(*handle); }
 
 void labopn_(int32_t* handle, const char* coverage, int32_t* status, int32_t coverageLength) {
     enterReader(handle, status,
                 openFeatures(qx::textArgument(coverage, coverageLength), kLabelCode));
 }
 
-void labrec_(const int32_t* handle, int32_t* count) {
-    countRecords(handle, count);
-}
+void labrec_(const int32_t* handle, int32_t* count) { countRecords(handle, count); }
 
 void labpos_(const int32_t* handle, const int32_t* record, int32_t* status) {
     goToRecord(handle, record, status);

@@ -28,18 +28,14 @@ void lnkwt_(const int32_t* handle, const int32_t*, const double* link) {
     file->include(points);
 }
 
-void lnkcls_(const int32_t* handle) {
-    featureFiles().close(*handle);
-}
+void lnkcls_(const int32_t* handle) { featureFiles().close(*handle); }
 
 void lnkopn_(int32_t* handle, const char* coverage, int32_t* status, int32_t coverageLength) {
     enterReader(handle, status,
                 openFeatures(qx::textArgument(coverage, coverageLength), kLinkCode));
 }
 
-void lnkrec_(const int32_t* handle, int32_t* count) {
-    countRecords(handle, count);
-}
+void lnkrec_(const int32_t* handle, int32_t* count) { countRecords(handle, count); }
 
 void lnkrd_(const int32_t* handle, int32_t* number, double* link, int32_t* status) {
     *status = kEnd;

@@ -20,9 +20,7 @@ constexpr RecordShape kBoxShape{1, 4};
 constexpr std::size_t kTripletWords = 3;
 constexpr std::size_t kTripletBytes = kTripletWords * 4;
 
-int32_t codeOf(int32_t kind) {
-    return kind == QX_POLYGON_BOXES ? kPolygonBoxCode : kPolygonCode;
-}
+int32_t codeOf(int32_t kind) { return kind == QX_POLYGON_BOXES ? kPolygonBoxCode : kPolygonCode; }
 
 void writePolygon(FeatureFile& file, std::span<const double, 4> box, int32_t arcCount,
                   std::span<const int32_t> arcs) {
@@ -93,9 +91,7 @@ void palwt_(const int32_t* handle, const int32_t*, const void* record) {
                  {arcs, static_cast<std::size_t>(kept) * kTripletWords});
 }
 
-void palcls_(const int32_t* handle) {
-    featureFiles().close(*handle);
-}
+void palcls_(const int32_t* handle) { featureFiles().close(*handle); }
 
 void palopn_(int32_t* handle, const char* coverageOrPath, const int32_t*, const int32_t* kind,
              int32_t* status, int32_t length) {
@@ -106,9 +102,7 @@ void palopn_(int32_t* handle, const char* coverageOrPath, const int32_t*, const 
     enterReader(handle, status, std::move(reader));
 }
 
-void palrec_(const int32_t* handle, int32_t* count) {
-    countRecords(handle, count);
-}
+void palrec_(const int32_t* handle, int32_t* count) { countRecords(handle, count); }
 
 void palpos_(const int32_t* handle, const int32_t* record, int32_t* status) {
     if (FeatureFile* file = featureFiles().find(*handle)) file->unread = {};

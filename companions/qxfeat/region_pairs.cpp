@@ -29,9 +29,7 @@ void rxpwt_(const int32_t* handle, const int32_t* pair, const int32_t* number, i
     *status = kSuccess;
 }
 
-void rxpcls_(const int32_t* handle) {
-    featureFiles().close(*handle);
-}
+void rxpcls_(const int32_t* handle) { featureFiles().close(*handle); }
 
 void rxpopn_(int32_t* handle, const char* coverage, const char* subclass, int32_t* status,
              int32_t coverageLength, int32_t subclassLength) {
@@ -40,9 +38,7 @@ void rxpopn_(int32_t* handle, const char* coverage, const char* subclass, int32_
                              qx::textArgument(subclass, subclassLength)));
 }
 
-void rxprec_(const int32_t* handle, int32_t* count) {
-    countRecords(handle, count);
-}
+void rxprec_(const int32_t* handle, int32_t* count) { countRecords(handle, count); }
 
 void rxprd_(const int32_t* handle, int32_t* number, int32_t* pair, int32_t* status) {
     *status = kEnd;
