@@ -7,6 +7,7 @@ int main(int argc, char** argv) {
         bench::registerFields();
         bench::registerLines();
         bench::registerImports();
+        bench::registerTin();
     } catch (const std::exception& exception) {
         std::fprintf(stderr, "%s\n", exception.what());
         return 1;

@@ -85,6 +85,7 @@ inline void require(bool holds, const std::string& what) {
 void registerFields();
 void registerLines();
 void registerImports();
+void registerTin();
 
 }  // namespace bench
 

@@ -1,0 +1,66 @@
+#include "bench/workspace.h"
+
+#include <stdlib.h>
+
+#include <string>
+
+#include "bench/measure.h"
+#include "host/qxbase.h"
+#include "intakedl.h"
+
+namespace bench {
+
+namespace {
+
+// Gone when the program ends.
+struct Folder {
+    fs::path path;
+    Folder() {
+        std::string name = (fs::temp_directory_path() / "intake-bench-XXXXXX").string();
+        require(mkdtemp(name.data()) != nullptr, "no folder to write to");
+        path = name;
+    }
+    ~Folder() {
+        std::error_code ignored;
+        fs::remove_all(path, ignored);
+    }
+};
+
+int32_t worstLevel = 0;
+std::string worstMessage;
+
+void keepWorst(int32_t level, const char* text, void*) {
+    if (level <= worstLevel) return;
+    worstLevel = level;
+    worstMessage = text;
+}
+
+}  // namespace
+
+const fs::path& folder() {
+    static const Folder made;
+    return made.path;
+}
+
+void import(const fs::path& file) {
+    worstLevel = QX_INFORM;
+    mesink_(keepWorst, nullptr);
+    const int32_t result = ImportFile(file.c_str(), (folder() / "workspace/DS").c_str(), 1);
+    if (worstLevel > QX_INFORM) throw std::runtime_error(worstMessage);
+    require(result == 1, "the import ran to its end");
+}
+
+void clearWorkspace() {
+    fs::remove_all(folder() / "workspace");
+    fs::create_directory(folder() / "workspace");
+}
+
+std::size_t storedBytes() {
+    std::size_t bytes = 0;
+    for (const auto& entry : fs::recursive_directory_iterator(folder() / "workspace")) {
+        if (entry.is_regular_file()) bytes += entry.file_size();
+    }
+    return bytes;
+}
+
+}  // namespace bench
