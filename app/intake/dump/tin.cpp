@@ -2,6 +2,7 @@
 #include <array>
 
 #include "app/intake/dump/dump.h"
+#include "app/intake/dump/side_files.h"
 #include "host/cpp/call.h"
 #include "host/qxbase.h"
 #include "host/qxgridio.h"
@@ -146,14 +147,14 @@ constexpr Part kParts[] = {
 }  // namespace
 
 void dumpTin(Dump& dump, const Dataset& dataset) {
-    if (dump.wants("dataset")) {
-        JsonLine line(dump.output(), "dataset");
-        line.field("kind", dataset.kind).field("name", dataset.name);
-    }
+    dumpDatasetLine(dump, dataset);
     const Surface surface(dataset.path);
     for (const Part& each : kParts) {
         if (dump.wants(each.className)) each.records(dump, surface);
     }
+    dumpLog(dump, dataset.path);
+    dumpProjection(dump, dataset.path);
+    dumpMetadata(dump, dataset.path);
 }
 
 }  // namespace program
