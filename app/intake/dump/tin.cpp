@@ -3,6 +3,7 @@
 
 #include "app/intake/dump/dump.h"
 #include "app/intake/dump/side_files.h"
+#include "app/intake/dump/tables.h"
 #include "host/cpp/call.h"
 #include "host/qxbase.h"
 #include "host/qxgridio.h"
@@ -155,6 +156,7 @@ void dumpTin(Dump& dump, const Dataset& dataset) {
     dumpLog(dump, dataset.path);
     dumpProjection(dump, dataset.path);
     dumpMetadata(dump, dataset.path);
+    dumpTables(dump, dataset.path);
 }
 
 }  // namespace program
