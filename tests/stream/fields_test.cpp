@@ -1,0 +1,334 @@
+#include "stream/fields.h"
+
+#include <bit>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <limits>
+#include <optional>
+#include <random>
+
+#include "stream/format.h"
+#include "tests/support/import_test.h"
+
+namespace intake::testing {
+namespace {
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+std::optional<double> real(std::string_view field, int decimals = 7, int scale = 1) {
+    double value = 0;
+    if (!parseReal(field, decimals, scale, value)) return std::nullopt;
+    return value;
+}
+
+// Equal bit for bit, so that -0.0 is not 0 and NaN is NaN.
+bool same(const std::optional<double>& left, const std::optional<double>& right) {
+    if (!left || !right) return left.has_value() == right.has_value();
+    return std::bit_cast<uint64_t>(*left) == std::bit_cast<uint64_t>(*right) ||
+           (std::isnan(*left) && std::isnan(*right));
+}
+
+TEST(Fields, IntegersAreSignAndDigitsWithBlanksAnywhere) {
+    const struct {
+        std::string_view field;
+        std::optional<int32_t> value;
+    } cases[] = {
+        {"          ", 0},
+        {"", 0},
+        {"        12", 12},
+        {"12        ", 12},
+        {" 1 2    3 ", 123},
+        {"       - 5", -5},
+        {"+7", 7},
+        {"-2147483648", INT32_MIN},
+        {"2147483647", INT32_MAX},
+        {"2147483648", {}},
+        {"-2147483649", {}},
+        {"99999999999999999999", {}},
+        {"**********", {}},
+        {"1.5", {}},
+        {"-", {}},
+        {"1-", {}},
+        {"--1", {}},
+        {"\t1", {}},
+        {"00000000000000000012", 12},
+    };
+    for (const auto& each : cases) {
+        int32_t value = -77;
+        EXPECT_EQ(parseInteger(each.field, value), each.value.has_value()) << each.field;
+        EXPECT_EQ(value, each.value.value_or(-77)) << each.field;
+    }
+    int16_t narrow = 0;
+    EXPECT_FALSE(parseInteger("40000", narrow));
+    int64_t wide = 0;
+    EXPECT_TRUE(parseInteger("-9223372036854775808", wide));
+    EXPECT_EQ(wide, INT64_MIN);
+    EXPECT_FALSE(parseInteger("9223372036854775808", wide));
+}
+
+TEST(Fields, RealsFollowPointExponentAndScale) {
+    const struct {
+        std::string_view field;
+        std::optional<double> value;
+    } cases[] = {
+        // An exponent: the number as it stands. None: a tenth of it.
+        {" 1.2345678E+03", 1234.5678},
+        {"        1.5   ", 0.15},
+        {"-1.5", -0.15},
+        // No point: the last seven digits are the fraction, with or without an exponent.
+        {"15", 0.00000015},
+        {"15E7", 15.0},
+        {"         1  E 7", 1.0},
+        {"1.5e3", 1500},
+        {"1.5D3", 1500},
+        {"1.5d+3", 1500},
+        {"1.5+03", 1500},
+        {"1.5-03", 0.0015},
+        {"1.E5", 1e5},
+        {".5E1", 5},
+        {" + 1 . 5 E - 0 3", 0.0015},
+        {"", 0.0},
+        {"              ", 0.0},
+        {"0", 0.0},
+        {"-0.0", -0.0},
+        {"-0E5", -0.0},
+        {"NaN", NAN},
+        {"nan", NAN},
+        {"Inf", kInfinity},
+        {"-INFINITY", -kInfinity},
+        {"1E400", kInfinity},
+        {"-1.0E999999999", -kInfinity},
+        {"1.0E-400", 0.0},
+        {"-1.0E-999999999", -0.0},
+        {"0.0E999999", 0.0},
+        {"4.9406564584124654E-324", 5e-324},
+        {"1.E-323", 1e-323},
+        {"1.7976931348623157E+308", std::numeric_limits<double>::max()},
+        {"2.2250738585072011E-308", 2.2250738585072011e-308},
+        // Halfway between two neighbours, and a hair above: rounded once.
+        {"9007199254740993.0E0", 9007199254740992.0},
+        {"9007199254740993.0000000000000001E0", 9007199254740994.0},
+        {"E5", {}},
+        {".", {}},
+        {"-", {}},
+        {"1.5E", {}},
+        {"1.5E+", {}},
+        {"1..5", {}},
+        {"1.5x", {}},
+        {"**************", {}},
+        {"NaN1", {}},
+        {"1,5", {}},
+        {"0x10", {}},
+        {"infinit", {}},
+        {"1.5E3.0", {}},
+        {"--1.0", {}},
+    };
+    for (const auto& each : cases) {
+        EXPECT_TRUE(same(real(each.field), each.value)) << '"' << each.field << '"';
+    }
+    // As wide as a table's field can be, and wider than any.
+    EXPECT_EQ(real(std::string(300, '0') + "1.0E0"), 1.0);
+    EXPECT_EQ(real("1." + std::string(253, '0') + "E0"), 1.0);
+    EXPECT_EQ(real(std::string(600, '1')), std::nullopt);
+    EXPECT_EQ(realField("         0         0 ", 1, 14), 0.0);
+}
+
+TEST(Fields, LogicalsAreTheirFirstLetter) {
+    const std::pair<std::string_view, int> cases[] = {
+        {"T", 1}, {"f", 0}, {" ", 0}, {"   .TRUE.", 1}, {"false", 0}, {"1", -1}, {".", -1}};
+    for (const auto& [field, expected] : cases) {
+        bool value = true;
+        const bool read = parseLogical(field, value);
+        EXPECT_EQ(read ? int{value} : -1, expected) << field;
+    }
+}
+
+TEST(Fields, AFormatReadsEachKindAndBlanksBeyondTheLine) {
+    int32_t number = -1;
+    int16_t small = -1;
+    double wide = -1;
+    float narrow = -1;
+    bool flag = false;
+    qx::FixedText<4> name;
+    read<"I3,2X,I2,1P,E14.7,E7.2,L1,A4">("  7xx 5 1.0000000E-01   1.23Tab", number, small, wide,
+                                         narrow, flag, name);
+    EXPECT_EQ(number, 7);
+    EXPECT_EQ(small, 5);
+    EXPECT_EQ(wide, 0.1);
+    EXPECT_EQ(narrow, 0.123F);
+    EXPECT_TRUE(flag);
+    EXPECT_EQ(name.full(), "ab  ");
+    read<"2I10">("         9   1", number, small);
+    EXPECT_EQ(small, 1);
+    read<"I10,I10">("         9", ignored, number);
+    EXPECT_EQ(number, 0);
+}
+
+// Fields as the writer makes them, with now and then a character changed.
+class SeededFields {
+  public:
+    std::string real(int decimals) {
+        char text[32];
+        const double mantissa = std::uniform_real_distribution<double>(-10, 10)(engine_);
+        const int exponent = std::uniform_int_distribution<int>(-99, 99)(engine_);
+        std::snprintf(text, sizeof text, "%*.*f%c%c%02d", decimals + 3, decimals, mantissa, 'E',
+                      exponent < 0 ? '-' : '+', std::abs(exponent));
+        std::string field(text);
+        field.erase(0, field.size() - static_cast<std::size_t>(decimals + 7));
+        return changed(field);
+    }
+    std::string integer(std::size_t width) {
+        const int digits = std::uniform_int_distribution<int>(0, static_cast<int>(width))(engine_);
+        std::string field(width - static_cast<std::size_t>(digits), ' ');
+        for (int digit = 0; digit < digits; ++digit) field += below("0123456789");
+        return changed(field);
+    }
+
+  private:
+    char below(std::string_view letters) {
+        return letters[std::uniform_int_distribution<std::size_t>(0, letters.size() - 1)(engine_)];
+    }
+    std::string changed(std::string field) {
+        if (engine_() % 4 == 0) {
+            field[engine_() % field.size()] = below(" 0+-.EeDd/:*!@?\t\xB0\xFF");
+        }
+        return field;
+    }
+    std::mt19937_64 engine_{20240521};
+};
+
+template <std::size_t width>
+int compareIntegers(SeededFields& fields, int count) {
+    int taken = 0;
+    for (; count > 0; --count) {
+        const std::string field = fields.integer(width);
+        int32_t quick = 0;
+        int32_t careful = 0;
+        if (!fast::readInteger<width>(field.data(), quick)) continue;
+        ++taken;
+        const bool read = parseInteger(field, careful);
+        EXPECT_TRUE(read && quick == careful) << '"' << field << '"';
+        if (!read || quick != careful) return 0;
+    }
+    return taken;
+}
+
+template <int decimals>
+int compareReals(SeededFields& fields, int count) {
+    int taken = 0;
+    for (; count > 0; --count) {
+        const std::string field = fields.real(decimals);
+        double quick = 0;
+        if (!fast::readReal<decimals>(field.data(), quick)) continue;
+        ++taken;
+        const bool equal = same(quick, real(field, decimals));
+        EXPECT_TRUE(equal) << '"' << field << '"';
+        if (!equal) return 0;
+    }
+    return taken;
+}
+
+TEST(FastFields, GiveTheCarefulValueBitForBit) {
+    constexpr int kCount = 300000;
+    SeededFields fields;
+    EXPECT_GT(compareReals<7>(fields, kCount), kCount / 2);
+    EXPECT_GT(compareReals<14>(fields, kCount), kCount / 2);
+    EXPECT_GT(compareIntegers<10>(fields, kCount), kCount / 2);
+    EXPECT_GT(compareIntegers<11>(fields, kCount), kCount / 3);
+    EXPECT_GT(compareIntegers<8>(fields, kCount), kCount / 2);
+    EXPECT_GT(compareIntegers<5>(fields, kCount), kCount / 2);
+    EXPECT_GT(compareIntegers<1>(fields, kCount), kCount / 4);
+}
+
+// What another reader of fixed-column fields makes of the same text.
+TEST(Fields, AgreeWithFormattedReadsOfFortran) {
+    if (std::system("command -v gfortran >/dev/null 2>&1") != 0) GTEST_SKIP() << "no gfortran";
+    Workspace workspace;
+    writeFile(workspace.path("read.f90"), R"(
+program fields
+  implicit none
+  character(len=80) :: line
+  character(len=32) :: layout
+  integer :: width, decimals, state
+  real(8) :: value
+  do
+    read(*, '(I2,I2,A)', iostat=state) width, decimals, line
+    if (state /= 0) stop
+    write(layout, '(A,I2,A,I2,A)') '(1P,E', width, '.', decimals, ')'
+    value = 0
+    read(line(1:width), layout, iostat=state) value
+    if (state /= 0) then
+      print '(A)', 'failed'
+    else
+      print '(Z16.16)', transfer(value, 1_8)
+    end if
+  end do
+end program
+)");
+    std::vector<std::pair<std::string, int>> fields;
+    for (const char* field : {" 1.2345678E+03",
+                              "1.5",
+                              "15",
+                              "15E7",
+                              "1.5D-3",
+                              "1.5d3",
+                              "1.5+03",
+                              "1.5-3",
+                              "-0.0",
+                              " + 1 . 5 E - 0 3",
+                              "1.E5",
+                              ".5E1",
+                              "NaN",
+                              "Inf",
+                              "-Infinity",
+                              "1.5E",
+                              "x",
+                              "1..5",
+                              "1.5E3.0",
+                              "1.0E-400",
+                              "4.9406564584124654E-324",
+                              "9007199254740993.0E0",
+                              "1 2 3",
+                              "",
+                              "0",
+                              "1.5E+308",
+                              "2.2250738585072011E-308",
+                              "123456789012345678901234567890"}) {
+        fields.push_back({field, 7});
+    }
+    SeededFields seeded;
+    for (int count = 0; count < 2000; ++count) {
+        std::string field = seeded.real(count % 2 == 0 ? 7 : 14);
+        // What is no character of a number is not the same to all readers.
+        if (field.find_first_of("/:*!@?\t\xB0\xFF") != field.npos) continue;
+        fields.push_back({field, count % 2 == 0 ? 7 : 14});
+    }
+    std::ofstream input(workspace.path("input"));
+    for (auto& [field, decimals] : fields) {
+        field.resize(std::max<std::size_t>(field.size(), 14), ' ');
+        char widths[8];
+        std::snprintf(widths, sizeof widths, "%2d%2d", static_cast<int>(field.size()), decimals);
+        input << widths << field << '\n';
+    }
+    input.close();
+    const std::string directory = workspace.path("");
+    ASSERT_EQ(std::system(("cd " + directory + " && gfortran -o read read.f90 && " +
+                           "./read < input > output")
+                              .c_str()),
+              0);
+    std::ifstream output(workspace.path("output"));
+    for (const auto& [field, decimals] : fields) {
+        std::string answer;
+        ASSERT_TRUE(std::getline(output, answer)) << field;
+        std::optional<double> expected;
+        if (answer != "failed") {
+            expected = std::bit_cast<double>(std::strtoull(answer.c_str(), nullptr, 16));
+        }
+        EXPECT_TRUE(same(real(field, decimals), expected)) << '"' << field << "\" " << answer;
+    }
+}
+
+}  // namespace
+}  // namespace intake::testing

@@ -1,0 +1,150 @@
+#include "host/qxbase.h"
+#include "tests/support/import_test.h"
+
+namespace intake::testing {
+namespace {
+
+using Reader = ImportTest;
+
+constexpr char kHeader[] = "EXP  0 X";
+constexpr char kArc[] = "         1        12         1         2         3         4         2";
+constexpr char kVertices[] = " 1.0000000E+00 2.0000000E+00 3.0000000E+00 4.0000000E+00";
+constexpr char kWide[] = " 1.00000000000000E+00 2.00000000000000E+00";
+constexpr char kWideToo[] = " 3.00000000000000E+00 4.00000000000000E+00";
+constexpr char kEnd[] = "        -1         0         0         0         0         0         0";
+
+const std::string kVertexList = "[[1.0,2.0],[3.0,4.0]]";
+
+TEST_F(Reader, EveryDressOfAFileGivesTheSameArc) {
+    const std::vector<std::string> plain = {kHeader, "ARC  2", kArc, kVertices, kEnd, "EOS"};
+    const std::vector<std::string> bare(plain.begin() + 1, plain.end());
+    struct Case {
+        const char* what;
+        std::vector<std::string> lines;
+        std::string lineEnd = "\n";
+    };
+    std::vector<std::string> padded = plain;
+    for (std::string& line : padded) line.resize(80, ' ');
+    const Case cases[] = {
+        {"plain", plain},
+        {"carriage returns", plain, "\r\n"},
+        {"carriage returns behind 80 columns", padded, "\r\n"},
+        {"no header line", bare},
+        {"no header line, carriage returns", bare, "\r\n"},
+        {"between sections",
+         {kHeader, "", "ARCX 9", "xyz", " ARC 2", "ARC  2", kArc, kVertices, kEnd, "XYZ  2",
+          "EOS"}},
+        {"long lines are cut",
+         {kHeader, "ARC  2" + std::string(400, '9'), kArc,
+          kVertices + std::string(24, ' ') + std::string(300000, 'x'), kEnd, "EOS"}},
+        // The section says double, its reals say single.
+        {"precision pass", {"ARC  3", kArc, kVertices, kEnd, "EOS"}},
+        {"precision pass behind other lines",
+         {"some line", "ARC  3", kArc, kVertices, kEnd, "EOS"}},
+        {"oldest form is wide", {"ARC  1", kArc, kWide, kWideToo, kEnd, "EOS"}},
+        {"wide", {kHeader, "ARC  3", kArc, kWide, kWideToo, kEnd, "EOS"}},
+        {"no word on its precision", {"ARC  3", kArc, kWide, kWideToo, kEnd, "EOS"}},
+    };
+    int number = 0;
+    for (const Case& each : cases) {
+        std::string text;
+        for (const std::string& line : each.lines) text += line + each.lineEnd;
+        // A last line without its end is a line.
+        text.resize(text.size() - each.lineEnd.size());
+        given(text);
+        const std::string dataset = "DS" + std::to_string(++number);
+        EXPECT_EQ(import(dataset), 1) << each.what;
+        EXPECT_EQ(complaints(), std::vector<std::string>{}) << each.what;
+        const auto arcs = records("arc", dataset);
+        ASSERT_EQ(arcs.size(), 1U) << each.what;
+        EXPECT_EQ(arcs[0]["vertices"], json::parse(kVertexList)) << each.what;
+        const bool isDouble = each.lines[0] == "ARC  3"
+                                  ? std::string(each.what) == "no word on its precision"
+                                  : std::string(each.what) == "wide";
+        EXPECT_EQ(records("dataset", dataset)[0]["precision"], isDouble ? "double" : "single")
+            << each.what;
+    }
+}
+
+TEST_F(Reader, VolumesJoinAtAnyLine) {
+    const std::vector<std::string> lines = {kHeader, "ARC  2", kArc, kVertices, kEnd, "EOS"};
+    for (std::size_t cut = 1; cut < lines.size(); ++cut) {
+        given(std::vector<std::string>(lines.begin(), lines.begin() + static_cast<long>(cut)));
+        given("", "in.e01");
+        given(std::vector<std::string>(lines.begin() + static_cast<long>(cut), lines.end()),
+              "in.e02");
+        const std::string dataset = "DS" + std::to_string(cut);
+        ASSERT_EQ(import(dataset), 1) << cut;
+        EXPECT_EQ(records("arc", dataset)[0]["vertices"], json::parse(kVertexList)) << cut;
+        const Message next = {QX_INFORM, "Reading next volume: " + path("in.e01")};
+        EXPECT_EQ(std::count(messages().begin(), messages().end(), next), 1);
+    }
+    // The precision pass goes on into another volume and comes back to the first.
+    given(std::string("ARC  3\n"));
+    given({kArc, kVertices, kEnd, "EOS"}, "in.e01");
+    ASSERT_EQ(import("PASS"), 1);
+    EXPECT_EQ(records("arc", "PASS")[0]["vertices"], json::parse(kVertexList));
+    // Compressed lines run on as well.
+    given(std::string("EXP  1 X\nARC  2~}~ )1~ (12~ )1~ )2~ )3~ )"));
+    given(std::string("4~ )2~} ~1+!!!! ~1+5!!! ~1+?!!! ~1+I!!!~}~ (-1~ )0~ )0~ )0~ )0~ )0~ )0~}E"),
+          "in.e01");
+    given(std::string("OS~}"), "in.e02");
+    ASSERT_EQ(import("PACKED"), 1);
+    EXPECT_EQ(records("arc", "PACKED").size(), 1U);
+}
+
+TEST_F(Reader, FailuresEndTheImport) {
+    struct Case {
+        const char* file;
+        std::vector<std::string> lines;
+        std::vector<std::string> messages;
+    };
+    const std::string version = "Could not read version number (RDVER)";
+    const std::string incompatible =
+        "The EXPORT file is not compatable with this version of IMPORT";
+    const auto missing = [&](const char* file) {
+        return "ERROR, next volume " + path(file) + " does not exist.";
+    };
+    const Case cases[] = {
+        {"in.e00", {}, {version}},
+        {"in.e00", {"EXP x0"}, {version}},
+        {"in.e00", {"EXP1.5"}, {version}},
+        {"in.e00", {kHeader, "no section"}, {missing("in.e01")}},
+        {"IN.E09", {kHeader}, {missing("IN.E10")}},
+        {"in.e99", {kHeader}, {missing("in.e99")}},
+        {"in.txt", {kHeader}, {missing("in.txt")}},
+        {"in.e00",
+         {kHeader, "ARC"},
+         {"This version of your EXPORT file is no longer supported", incompatible}},
+        {"in.e00", {kHeader, "ARC  4"}, {incompatible}},
+        {"in.e00", {kHeader, "ARC -2"}, {incompatible}},
+        {"in.e00",
+         {kHeader, "NZ  "},
+         {"This version of your EXPORT file is no longer supported", incompatible}},
+        {"in.e00",
+         {kHeader, "ARC xx"},
+         {"Could not read \"xx\" in columns 5 to 6 of line 2 of " + path("in.e00")}},
+        // The precision pass found the end; there is nothing behind it.
+        {"in.e00", {"EOS"}, {missing("in.e01")}},
+        {"open.e00", {kHeader}, {"Could not open " + path("open.e01")}},
+    };
+    std::filesystem::create_directory(path("open.e01"));
+    for (const Case& each : cases) {
+        given(each.lines, each.file);
+        EXPECT_EQ(import("DS", each.file), 0) << each.file;
+        EXPECT_EQ(complaints(), each.messages);
+        EXPECT_FALSE(std::filesystem::exists(path("DS")));
+    }
+}
+
+TEST_F(Reader, AnythingButARegularFileIsNotOpened) {
+    std::filesystem::create_directory(path("in.e00"));
+    for (const std::string& file : {path("in.e00"), std::string("/dev/zero"), path("none")}) {
+        const auto relative = std::filesystem::relative(file, path("")).string();
+        EXPECT_EQ(import("DS", relative), 0);
+        EXPECT_EQ(messages(), (std::vector<Message>{{QX_ERROR, "Could not open import file.."}}));
+    }
+}
+
+}  // namespace
+}  // namespace intake::testing
