@@ -15,7 +15,8 @@ namespace qx {
 // Copies text to a buffer, cut or padded with blanks to its length.
 inline void padText(char* buffer, std::size_t length, std::string_view text) {
     const std::size_t kept = text.size() < length ? text.size() : length;
-    std::memmove(buffer, text.data(), kept);
+    // An empty text may have no address.
+    if (kept != 0) std::memmove(buffer, text.data(), kept);
     std::memset(buffer + kept, ' ', length - kept);
 }
 
