@@ -48,9 +48,7 @@ void dumpCoverage(Dump& dump, const Dataset& dataset) {
     for (const FeatureClass& each : kFeatures) {
         if (dump.wants(each.className)) each.records(dump, dataset);
     }
-    dumpLog(dump, dataset.path);
-    dumpProjection(dump, dataset.path);
-    dumpMetadata(dump, dataset.path);
+    dumpSideTexts(dump, dataset.path);
     dumpTables(dump, dataset.path);
 }
 

@@ -2,6 +2,8 @@
 #include <bit>
 
 #include "app/intake/dump/dump.h"
+#include "app/intake/dump/side_files.h"
+#include "app/intake/dump/tables.h"
 #include "host/cpp/call.h"
 #include "host/qxgridio.h"
 
@@ -69,9 +71,7 @@ void dumpRows(Dump& dump, const Raster& raster) {
     }
 }
 
-std::span<const double> pair(const double (&values)[2]) {
-    return {values, 2};
-}
+std::span<const double> pair(const double (&values)[2]) { return {values, 2}; }
 
 }  // namespace
 
@@ -87,6 +87,7 @@ void dumpLattice(Dump& dump, const Dataset& dataset) {
         line.field("range", pair(shape.range));
     }
     if (dump.wants("row")) dumpRows(dump, lattice);
+    dumpSideTexts(dump, dataset.path);
 }
 
 void dumpGrid(Dump& dump, const Dataset& dataset) {
@@ -104,6 +105,8 @@ void dumpGrid(Dump& dump, const Dataset& dataset) {
         line.field("bounds", std::span<const double>(bounds));
     }
     if (dump.wants("row")) dumpRows(dump, grid);
+    dumpSideTexts(dump, dataset.path);
+    dumpTables(dump, dataset.path);
 }
 
 }  // namespace program

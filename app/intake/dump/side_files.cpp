@@ -59,4 +59,10 @@ void dumpMetadata(Dump& dump, const std::string& dataset) {
     dumpText(dump, "metadata", memberPath(dataset, kMetadataCode));
 }
 
+void dumpSideTexts(Dump& dump, const std::string& dataset) {
+    dumpLog(dump, dataset);
+    dumpProjection(dump, dataset);
+    dumpMetadata(dump, dataset);
+}
+
 }  // namespace program

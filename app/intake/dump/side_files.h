@@ -14,6 +14,9 @@ void dumpLog(Dump& dump, const std::string& dataset);
 void dumpProjection(Dump& dump, const std::string& dataset);
 void dumpMetadata(Dump& dump, const std::string& dataset);
 
+// All three, for a dataset that has nothing between them.
+void dumpSideTexts(Dump& dump, const std::string& dataset);
+
 // One object of a class with the lines of a text file, if there is one at the path and the class is
 // wanted; table, if it is not empty, is the table that the text belongs to.
 void dumpText(Dump& dump, std::string_view className, const std::string& path,

@@ -1,4 +1,6 @@
 #include "app/intake/dump/dump.h"
+#include "app/intake/dump/side_files.h"
+#include "app/intake/dump/tables.h"
 #include "host/cpp/call.h"
 #include "host/qxbase.h"
 #include "host/qxgridio.h"
@@ -45,6 +47,8 @@ void dumpStack(Dump& dump, const Dataset& dataset) {
         for (const std::string& member : members) line.value(member);
         line.endList();
     }
+    dumpSideTexts(dump, dataset.path);
+    dumpTables(dump, dataset.path);
     for (const std::string& member : members) dumpMember(dump, dataset, member);
 }
 

@@ -153,9 +153,7 @@ void dumpTin(Dump& dump, const Dataset& dataset) {
     for (const Part& each : kParts) {
         if (dump.wants(each.className)) each.records(dump, surface);
     }
-    dumpLog(dump, dataset.path);
-    dumpProjection(dump, dataset.path);
-    dumpMetadata(dump, dataset.path);
+    dumpSideTexts(dump, dataset.path);
     dumpTables(dump, dataset.path);
 }
 

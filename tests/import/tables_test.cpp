@@ -1,0 +1,424 @@
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "host/cpp/call.h"
+#include "host/qxfeat.h"
+#include "tables/table.h"
+#include "tests/support/import_test.h"
+
+namespace intake::testing {
+namespace {
+
+using qx::call;
+
+struct Item {
+    std::string name;
+    int width;
+    int start;
+    int type;
+    int outputWidth = 10;
+    int decimals = -1;
+    int number = 1;
+    char mark = '-';
+};
+
+std::string itemLine(const Item& item) {
+    char line[100];
+    std::snprintf(line, sizeof line, "%-16s%3d-1%4d*-1%4d%2d%2d*-1  -1  -1-1%-16s%4d%c\n",
+                  item.name.c_str(), item.width, item.start, item.outputWidth, item.decimals,
+                  item.type, "", item.number, item.mark);
+    return line;
+}
+
+std::string table(const std::string& name, int stored, int records, const std::vector<Item>& items,
+                  const std::string& external = "") {
+    char line[100];
+    std::snprintf(line, sizeof line, "%-32s%2s%4d%4d%4d%10d\n", name.c_str(), external.c_str(),
+                  stored, static_cast<int>(items.size()), 0, records);
+    std::string text = line;
+    for (const Item& item : items) text += itemLine(item);
+    return text;
+}
+
+// A record's text in lines of 80 columns, from its fields: the width, negative for one that stands
+// to the left, and the text.
+std::string record(const std::vector<std::pair<int, std::string>>& fields) {
+    std::string text;
+    for (const auto& [width, field] : fields) {
+        const std::string blanks(static_cast<std::size_t>(std::abs(width)) - field.size(), ' ');
+        text += width < 0 ? field + blanks : blanks + field;
+    }
+    for (std::size_t end = 80; end < text.size(); end += 81) text.insert(end, "\n");
+    return text + "\n";
+}
+
+const std::string kCoverage =
+    "EXP  0 X\nARC  2\n        -1         0         0         0         0         0         0\n";
+const std::string kCurrent = kCoverage + "IFO  2\n";
+const std::string kOlder = kCoverage + "IFO  1\n";
+constexpr char kEnd[] = "EOI\nEOS\n";
+constexpr char kOlderEnd[] = "EOS\nEOS\n";
+
+class Tables : public ImportTest {
+  protected:
+    std::vector<json> values(const std::string& text, const std::string& dataset = "DS") {
+        given(text);
+        EXPECT_EQ(import(dataset), 1);
+        std::vector<json> result;
+        for (const json& record : records("record", dataset)) result.push_back(record["values"]);
+        return result;
+    }
+    std::vector<std::string> texts() const {
+        std::vector<std::string> result;
+        for (const Message& message : messages()) result.push_back(message.text);
+        return result;
+    }
+    int32_t open(const std::string& name) const {
+        int32_t handle = 0;
+        int32_t count = 0;
+        int32_t bytes = 0;
+        int32_t status = 0;
+        const std::string info = path("info");
+        call(infopn_, std::string_view(name), std::string_view(info), "", 1, handle, count, bytes,
+             status);
+        EXPECT_EQ(status, 0);
+        return handle;
+    }
+};
+
+const std::vector<Item> kEveryKind = {
+    {"SHORT", 2, 1, 5},
+    {"LONG", 4, 3, 5},
+    {"SINGLE", 4, 7, 6},
+    {"DOUBLE", 8, 11, 6},
+    {"NUMBER", 10, 19, 4, 10, 3},
+    {"DAY", 8, 29, 1},
+    {"CODE", 5, 37, 3, 5, -1, 7, 'I'},
+    {"NAME", 30, 42, 2},
+    {"SHARED", 8, 71, 6},  // takes the last byte of NAME too
+    {"FIRST", 1, 42, 2, 1, -1, -1, 'I'},
+};
+const std::string kTwoRecords = record({{6, "-123"},
+                                        {11, "1234567890"},
+                                        {14, "1.2345678E+02"},
+                                        {24, "1.23456789012345678E+02"},
+                                        {14, "1234.50"},
+                                        {8, "20180621"},
+                                        {5, "42"},
+                                        {-30, "A name of thirty characters al"},
+                                        {24, "5.00000000000000000E-01"}}) +
+                                record({{6, "5"},
+                                        {11, "-6"},
+                                        {14, "12.3450"},
+                                        {24, "1.23456789012345"},
+                                        {14, "9999"},
+                                        {8, "20201231"},
+                                        {5, "7"},
+                                        {-30, "B"},
+                                        {24, ""}});
+
+TEST_F(Tables, HoldEveryKindOfItem) {
+    const auto found =
+        values(kCurrent + table("SRC.PAT", 9, 2, kEveryKind, "XX") + kTwoRecords + kEnd);
+    ASSERT_EQ(found.size(), 2U);
+    EXPECT_EQ(found[0], json::parse(R"({"SHORT":-123,"LONG":1234567890,
+        "SINGLE":123.45677947998047,"DOUBLE":123.45678901234568,"NUMBER":123.45,
+        "DAY":"20180621","CODE":"   42","NAME":"A name of thirty characters al","SHARED":0.5,
+        "FIRST":"A"})"));
+    const json line = records("table")[0];
+    EXPECT_EQ(line["external"], true);
+    EXPECT_EQ(line["items"][9]["number"], -1);
+    EXPECT_EQ(line["items"][0]["kept"], json::parse("[-1,4,0,-1,-1,-1]"));
+
+    // Through the index: one entry a record, in the order of the keys.
+    const int32_t handle = open("DS.PAT");
+    int32_t first = 0;
+    int32_t count = 0;
+    int32_t record = 0;
+    int32_t status = 0;
+    for (const int32_t item : {7, 10}) {
+        EXPECT_EQ(line["items"][static_cast<std::size_t>(item - 1)]["indexed"], true);
+        const std::string_view key = item == 7 ? "   42" : "B";
+        call(inxfnd_, handle, item, 0.0, key, first, count, status);
+        EXPECT_EQ(std::tuple(status, first, count), std::tuple(0, item == 7 ? 2 : 2, 1));
+        call(inxget_, handle, item, first, record, status);
+        EXPECT_EQ(record, item == 7 ? 1 : 2);
+    }
+    call(inxfnd_, handle, 1, 0.0, "", first, count, status);
+    EXPECT_NE(status, 0);
+    call(infcls_, handle);
+}
+
+// By docs/workspace-format.md and nothing else.
+TEST_F(Tables, AreReadByHandFromTheStoredBytes) {
+    values(kCurrent + table("SRC.PAT", 9, 2, kEveryKind, "XX") + kTwoRecords + kEnd);
+    const auto number = [](const std::string& bytes, std::size_t offset, std::size_t width) {
+        uint64_t value = 0;
+        for (std::size_t byte = 0; byte < width; ++byte) {
+            value = value << 8 | static_cast<unsigned char>(bytes.at(offset + byte));
+        }
+        return value;
+    };
+    const std::string catalog = fileBytes(path("info/catalog"));
+    EXPECT_EQ(catalog.substr(0, 8), "QXTABLES");
+    ASSERT_EQ(number(catalog, 20, 4), 1U);
+    const std::string name = "info/table" + std::to_string(number(catalog, 24, 4));
+    EXPECT_EQ(catalog.substr(32, number(catalog, 28, 4)), "DS.PAT");
+    const std::string definition = fileBytes(path(name + ".def"));
+    const std::size_t stored = number(definition, 16, 4);
+    EXPECT_EQ(number(definition, 12, 4), 78U);
+    EXPECT_EQ(stored, 86U);
+    EXPECT_EQ(definition.substr(38, number(definition, 34, 4)), "DS/pat.dat");
+    const std::string records = fileBytes(path("DS/pat.dat"));
+    EXPECT_EQ(records.size(), 128 + 2 * stored);
+    const std::string second = records.substr(128 + stored);
+    EXPECT_EQ(number(second, 0, 2), 5U);
+    EXPECT_EQ(static_cast<int32_t>(number(second, 2, 4)), -6);
+    EXPECT_EQ(std::bit_cast<float>(static_cast<uint32_t>(number(second, 6, 4))), 1.2345F);
+    EXPECT_EQ(second.substr(18, 24), "     0.00020201231    7B");
+    EXPECT_EQ(std::bit_cast<double>(number(records.substr(128), 78, 8)), 0.5);
+    const std::string index = fileBytes(path(name + ".index7"));
+    EXPECT_EQ(index.substr(128, 5), "    7");
+    EXPECT_EQ(number(index, 133, 4), 2U);
+}
+
+TEST_F(Tables, OfTheOlderFormAreReadAtTheirDisplayWidths) {
+    const std::vector<Item> items = {{"CODE", 6, 1, 3},        {"NAME", 4, 7, 2},
+                                     {"COUNT", 2, 11, 5, 4},   {"AREA", 8, 13, 6, 10, 3},
+                                     {"TEXT", 8, 21, 4, 8, 2}, {"MORE", 100, 29, 2}};
+    const auto found =
+        values(kOlder + table("SRC.AAT", 6, 2, items, "XX") + " 161\n" +
+               record({{16, "42"},
+                       {-5, " ab"},
+                       {4, "-7"},
+                       {10, "12.5"},
+                       {8, "1234.567"},
+                       {100, std::string(100, 'x')},
+                       {20, ""}}) +
+               record({{16, "7"},
+                       {-5, " cd"},
+                       {4, "8"},
+                       {10, "12345"},
+                       {8, "-1250"},
+                       {100, std::string(100, 'y')},
+                       {20, ""}}) +
+               table("SRC.EMPTY", 0, 1, {}) + "   0\na line all the same\n" + kOlderEnd);
+    ASSERT_EQ(found.size(), 3U);
+    EXPECT_EQ(found[0], json({{"CODE", "    42"},
+                              {"NAME", "ab"},
+                              {"COUNT", -7},
+                              {"AREA", 12.5},
+                              {"TEXT", 1234.57},
+                              {"MORE", std::string(100, 'x')}}));
+    EXPECT_EQ(found[1]["AREA"], 12.345);
+    EXPECT_EQ(found[1]["TEXT"], -12.5);
+    EXPECT_EQ(records("table")[0]["name"], "DS.AAT");
+}
+
+TEST_F(Tables, TakeTheNameOfTheTarget) {
+    const auto itemsOf = [](const std::string& source) {
+        return std::vector<Item>{
+            {source + "#", 4, 1, 5}, {source + "-ID", 4, 5, 5}, {source + "X", 4, 9, 5}};
+    };
+    given(kCurrent + table("SRC.AAT", 0, 0, itemsOf("SRC"), "XX") +
+          table("SRC.PATZONES", 0, 0, itemsOf("SRC"), "XX") +
+          table("A.B.XYZ", 0, 0, itemsOf("A.B"), "XX") + kEnd);
+    ASSERT_EQ(import("LONG_enough_for_a_name"), 1);
+    const std::string dataset = "LONG_enough_for_a_name";
+    const auto tables = records("table", dataset);
+    ASSERT_EQ(tables.size(), 3U);
+    EXPECT_EQ(tables[0]["name"], dataset + ".AAT");
+    EXPECT_EQ(tables[0]["items"][0]["name"], dataset + "#");
+    EXPECT_EQ(tables[0]["items"][1]["name"], dataset + "-ID");
+    EXPECT_EQ(tables[0]["items"][2]["name"], "SRCX");
+    EXPECT_EQ(tables[1]["items"][0]["name"], "SRC#");
+    EXPECT_TRUE(std::filesystem::exists(path(dataset + "/pat.dat.ZONES")));
+    EXPECT_EQ(tables[2]["name"], dataset + ".XYZ");
+    EXPECT_EQ(tables[2]["external"], false);
+    EXPECT_EQ(tables[2]["items"][1]["name"], dataset + "-ID");
+    // Names lead nowhere.
+    given("EXP  0 X\nIFO  2\n" + table("../../X.DAT", 0, 0, {}) + kEnd);
+    ASSERT_EQ(import("T.DAT"), 1);
+    EXPECT_EQ(records("table", "T.DAT")[0]["name"], "T.DAT");
+    ASSERT_EQ(import("T.DAT"), 1);
+    EXPECT_EQ(complaints(), std::vector<std::string>{"T.DAT already exists"});
+}
+
+TEST_F(Tables, TellWhatCannotBeEncodedAndGoOn) {
+    const std::vector<Item> items = {{"SHORT", 2, 1, 5}, {"ODD", 4, 3, 7}, {"NAME", 2, 7, 2}};
+    // Nothing of the odd item is read; the text goes on where the item before took it.
+    const auto found = values(kCurrent + table("SRC.DAT", 3, 1, items) + " 99999......ab\n" + kEnd);
+    const std::vector<std::string> remedy = {
+        "This is probably caused by an invalid item definition, or a item not",
+        "wide enough for the item value."};
+    const std::string end = " item in the 1st record for the INFO file DS.DAT.";
+    EXPECT_EQ(texts(),
+              (std::vector<std::string>{" Creating Coverage " + path("DS"),
+                                        "\nUnable to encode the 1st" + end, remedy[0], remedy[1],
+                                        "\nUnable to encode the 2nd" + end, remedy[0], remedy[1]}));
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_EQ(found[0]["SHORT"], 0);
+    EXPECT_EQ(found[0]["NAME"], "ab");
+
+    const std::pair<int32_t, const char*> ordinals[] = {{1, "1st"},
+                                                        {22, "22nd"},
+                                                        {11, "11th"},
+                                                        {112, "112th"},
+                                                        {103, "103rd"},
+                                                        {-21, "-21st"},
+                                                        {INT32_MIN, "-2147483648th"}};
+    for (const auto& [number, text] : ordinals) {
+        FixedText<16> ordinal;
+        ORDNAM(number, ordinal);
+        EXPECT_EQ(ordinal.view(), text);
+    }
+}
+
+TEST_F(Tables, FailuresEndTheImport) {
+    const std::vector<Item> item = {{"A", 4, 1, 5}};
+    const std::string one = "          1\n";
+    struct Case {
+        std::string text;
+        std::string message;
+    };
+    const std::vector<Case> cases = {
+        {kCurrent + table("S.A", 1, 1, {{"A", 4, 0, 5}}), "Error in adding item (IMPINF)"},
+        {kCurrent + table("S.A", 1, 1, {{"A", -4, 1, 5}}), "Error in adding item (IMPINF)"},
+        {kOlder + table("S.A", 1, 1, {{"A", 4, 0, 5}}), "Error in adding item (IM1INF)"},
+        {kCurrent + table("S.A", 2, 1, item), "Invalid item count (IMPINF)"},
+        {kOlder + table("S.A", 2, 1, item), "Invalid item count (IM1INF)"},
+        {kCurrent + table("S.A", 1, -1, item), "Invalid record count (IMPINF)"},
+        {kCurrent + table("S.A", 0, 1000001, {}), "Invalid record count (IMPINF)"},
+        {kOlder + table("S.A", 0, 1000001, {}), "Invalid record count (IM1INF)"},
+        {kOlder + table("S.STK", 1, 1, item, "XX"), "Illegal coverage filename (IM1INF)"},
+        {kOlder + table("NOPOINT", 1, 1, item, "XX"), "Illegal coverage filename (IM1INF)"},
+        {kOlder + table("S.A", 1, 1, {{"A", 4, 1, 7}}) + "  10\n" + one,
+         "Illegal item type (IM1INF)"},
+        {kOlder + table("S.A", 1, 1, item) + "  10\n1234567890\n",
+         "Could not read \"1234567890\" in columns 1 to 10 of line 8 of " + path("in.e00")},
+        {kCurrent + table("S.A", 2, 1, {{"N", 76, 1, 2}, {"A", 4, 77, 5}}) +
+             record({{76, std::string(76, 'n')}, {-11, "1234x6"}}),
+         "Could not read \"1234x6\" in columns 77 to 87 of line 8 of " + path("in.e00")},
+    };
+    int number = 0;
+    for (const Case& each : cases) {
+        given(each.text + kEnd);
+        EXPECT_EQ(import("DS" + std::to_string(++number)), 0) << each.text;
+        EXPECT_EQ(complaints(), std::vector<std::string>{each.message});
+    }
+    // What was read before a failure is there, and the count is right.
+    given(kCurrent + table("S.A", 1, 3, item, "XX") + one + one + "          x\n" + kEnd);
+    EXPECT_EQ(import("CUT"), 0);
+    EXPECT_EQ(records("table", "CUT")[0]["recordCount"], 2);
+    EXPECT_EQ(records("record", "CUT").size(), 2U);
+}
+
+TEST_F(Tables, OfTargetsWithoutTablesEndTheImport) {
+    const std::pair<const char*, const char*> cases[] = {{"IFO  2\n", "Bad TYPE code (IMPINF)"},
+                                                         {"IFO  1\n", "Bad TYPE code (IM1INF)"},
+                                                         {"IMD  2\n", "Bad TYPE code (IMPIMD)"}};
+    int number = 0;
+    for (const auto& [header, message] : cases) {
+        given(std::string("EXP  0 X\nCS7  2\nEOS\n") + header + " X\n" + kEnd);
+        EXPECT_EQ(import("SET" + std::to_string(++number)), 0);
+        ASSERT_FALSE(complaints().empty());
+        EXPECT_EQ(complaints().back(), message);
+    }
+}
+
+TEST_F(Tables, OfGridStatisticsTakeTheShapeOfTheirWorkspace) {
+    // From the second record on each item is read at the width of the last one.
+    const std::string text =
+        "EXP  0 X\nGRD  2\n         1         1 2-0.34028234663853E+39\n"
+        " 0.10000000000000E+01 0.10000000000000E+01\n 0.00000000000000E+00 0.00000000000000E+00\n"
+        " 0.10000000000000E+01 0.10000000000000E+01\n 0.5000000E+00\nEOG\nIFO  2\n" +
+        table("SRC.STA", 2, 2, {{"MIN", 4, 1, 6, 12, 3}, {"MAX", 8, 5, 6, 18, 5}}, "XX") +
+        " 1.0000000E-01 2.00000000000000000E-01\n"
+        " 3.00000000000000000E-01 4.00000000000000000E-01\n" +
+        kEnd;
+    const auto wide = values(text, "WIDE");
+    ASSERT_EQ(wide.size(), 2U);
+    EXPECT_EQ(wide[0], json({{"MIN", 0.1}, {"MAX", 0.2}}));
+    EXPECT_EQ(wide[1], json({{"MIN", 0.3}, {"MAX", 0.4}}));
+    const json items = records("table", "WIDE")[0]["items"];
+    EXPECT_EQ(items[1]["start"], 9);
+    EXPECT_EQ(items[0]["outputWidth"], 15);
+
+    std::filesystem::create_directory(path("narrow"));
+    std::filesystem::create_directory(path("narrow/info"));
+    writeFile(path("narrow/info/catalog"),
+              std::string("QXTABLES\0\0\0\1\0\0\0\1\0\0\0\4\0\0\0\0", 24));
+    const auto narrow = values(text, "narrow/GRID");
+    ASSERT_EQ(narrow.size(), 2U);
+    EXPECT_EQ(narrow[1]["MAX"], static_cast<double>(0.4F));
+    EXPECT_EQ(records("table", "narrow/GRID")[0]["items"][1]["start"], 5);
+}
+
+// The length of the record text stands in a file without a header line, also where its tables have
+// the current form.
+TEST_F(Tables, WithoutAFileHeaderEndAtTheEndOfTheFile) {
+    const auto found = values(
+        "ARC  1\n         1         1         1         1         1         1         1\n"
+        " 1.0000000E+00 2.0000000E+00\n"
+        "        -1         0         0         0         0         0         0\nIFO  1\n" +
+        table("SRC.DAT", 1, 1, {{"A", 4, 1, 5, 10, -1, 1, 'I'}}) + "  11\n          7\nEOS\nEOS\n");
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_EQ(found[0]["A"], 7);
+}
+
+TEST_F(Tables, KeepTheirRecordsInTheWorkspaceAndSurviveDamage) {
+    const std::string text =
+        kCurrent + table("S.PAT", 1, 1, {{"A", 4, 1, 5}}, "XX") + "          7\n" + kEnd;
+    values(text);
+    // A file elsewhere is no table's.
+    int32_t handle = 0;
+    int32_t status = 0;
+    const std::string info = path("info");
+    call(infdef_, "X.PAT", std::string_view(info), "", 0, handle, status);
+    ASSERT_EQ(status, 0);
+    for (const std::string& file :
+         {path("../pat.dat"), path("DS/../../pat.dat"), info + "/../.."}) {
+        call(infxtn_, handle, std::string_view(file), status);
+        EXPECT_NE(status, 0) << file;
+    }
+    call(infcls_, handle);
+    // Every prefix of each file leaves the dataset readable or without the table, never worse.
+    for (const char* name : {"info/catalog", "info/table1.def", "DS/pat.dat"}) {
+        const std::string whole = fileBytes(path(name));
+        for (std::size_t size = 0; size < whole.size(); size += 3) {
+            writeFile(path(name), whole.substr(0, size));
+            EXPECT_LE(records("record").size(), 1U);
+        }
+        writeFile(path(name), whole);
+    }
+    EXPECT_EQ(records("record").size(), 1U);
+}
+
+// Eight imports at the same time lose none of each other's tables.
+TEST_F(Tables, OfManyProcessesMeetInOneWorkspace) {
+    constexpr int kProcesses = 8;
+    constexpr int kTables = 12;
+    std::string text = kCurrent;
+    for (int each = 0; each < kTables; ++each) {
+        text += table("S.T" + std::to_string(each), 1, 1, {{"A", 4, 1, 5}}) + "          1\n";
+    }
+    given(text + kEnd);
+    for (int process = 0; process < kProcesses; ++process) {
+        if (fork() == 0) _exit(import("DS" + std::to_string(process)) == 1 ? 0 : 1);
+    }
+    for (int process = 0; process < kProcesses; ++process) {
+        int status = 0;
+        ASSERT_GT(wait(&status), 0);
+        EXPECT_EQ(status, 0);
+    }
+    for (int process = 0; process < kProcesses; ++process) {
+        const std::string dataset = "DS" + std::to_string(process);
+        EXPECT_EQ(records("table", dataset).size(), static_cast<std::size_t>(kTables));
+        EXPECT_EQ(records("record", dataset).size(), static_cast<std::size_t>(kTables));
+    }
+}
+
+}  // namespace
+}  // namespace intake::testing
