@@ -34,10 +34,21 @@ const std::vector<std::string> kKindLabels = {
     "Lattice",      "Font File",     "Lineset File", "Markerset File", "Shadeset File",
     "Textset File", "Map",           "Grid",         "Stack"};
 
+// The classes of docs/dump-format.md.
+const std::vector<std::string> kClassNames = {
+    "dataset",    "arc",        "label",       "centroid",    "polygon",
+    "tolerance",  "annotation", "link",        "addressText", "addressIntegers",
+    "regionPair", "region",     "log",         "projection",  "metadata",
+    "textFile",   "index",      "indexBlock",  "table",       "record",
+    "tin",        "tinNode",    "tinTriangle", "tinHull",     "tinMask",
+    "lattice",    "grid",       "row",         "stack",       "symbolSet",
+    "symbol",     "font",       "fontRecord",  "plot",        "plotRecord",
+    "map"};
+
 void addKind(CLI::App& command, std::string& kind) {
     command.add_option("--kind", kind, "What to take DATASET for, where its bytes leave it open")
         ->type_name("LABEL")
-        ->check(CLI::IsMember(kKindLabels, CLI::ignore_case));
+        ->transform(CLI::IsMember(kKindLabels, CLI::ignore_case).description(""));
 }
 
 void addImport(CLI::App& app, Console& console, int& status) {
@@ -84,7 +95,8 @@ void addDump(CLI::App& app, Console& console, int& status) {
     command->add_option("DATASET", *path, "The path that was imported to")->required();
     command->add_option("--class", options->classes, "Only this class; may be given repeatedly")
         ->type_name("NAME")
-        ->allow_extra_args(false);
+        ->allow_extra_args(false)
+        ->check(CLI::IsMember(kClassNames).description(""));
     addKind(*command, options->kind);
     command->callback([=, &console, &status] {
         dump(*path, *options, console.output);

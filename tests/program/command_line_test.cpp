@@ -1,0 +1,148 @@
+#include <sys/wait.h>
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "tests/support/program_test.h"
+
+namespace intake::testing {
+namespace {
+
+using CommandLine = ProgramTest;
+
+constexpr char kArcs[] =
+    "EXP  0 X\nARC  2\n"
+    "         1        12         1         2         3         4         1\n"
+    " 1.0000000E+00 2.0000000E+00\n"
+    "        -1         0         0         0         0         0         0\nEOS\n";
+
+TEST_F(CommandLine, WrongUsageIsTwoAndSaysWhatIsWrong) {
+    given(kArcs);
+    ASSERT_EQ(import(), 1);
+    const std::vector<std::string> cases[] = {
+        {},
+        {"fly"},
+        {"import", "@in.e00"},
+        {"import", "@in.e00", "@NEW", "--loud"},
+        {"import", "@in.e00", "@DS"},
+        {"dump", "@DS", "--class", "roads"},
+        {"dump", "@DS", "--kind", "Roads"},
+        {"show"},
+        {"pack", "@in.e00", "@out.e00", "--level", "3"},
+        {"pack", "@in.e00", "@out.e00", "--lines-per-volume", "1"},
+        {"pack", "@in.e00", "@in.e00"},
+        {"pack", "@in.e00", "@in.e01"},
+        {"unpack", "@in.e00", "@plain.txt", "--lines-per-volume", "10"},
+    };
+    for (const auto& words : cases) {
+        const Outcome outcome = run(words);
+        EXPECT_EQ(outcome.status, 2) << ::testing::PrintToString(words);
+        EXPECT_NE(outcome.errors, "");
+        EXPECT_EQ(outcome.output, "");
+    }
+    EXPECT_FALSE(std::filesystem::exists(path("NEW")));
+    EXPECT_FALSE(std::filesystem::exists(path("out.e00")));
+}
+
+TEST_F(CommandLine, HelpLeadsWithExamples) {
+    const Outcome help = run({"--help"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_TRUE(help.output.starts_with("Examples:\n  intake import "));
+    EXPECT_EQ(run({"import", "--help"}).status, 0);
+    EXPECT_TRUE(run({"--version"}).output.starts_with("intake "));
+}
+
+TEST_F(CommandLine, AnImportTellsItsMessagesAndItsOutcome) {
+    given(kArcs);
+    const Outcome plain = run({"import", "@in.e00", "@DS"});
+    EXPECT_EQ(plain.status, 0);
+    EXPECT_EQ(plain.output, "");
+    EXPECT_EQ(plain.errors, "inform:  Creating Coverage " + path("DS") + "\n");
+
+    const Outcome told = run({"import", "--json", "--quiet", "@in.e00", "@TOLD"});
+    EXPECT_EQ(told.errors, "");
+    const std::string creating = " Creating Coverage " + path("TOLD");
+    EXPECT_EQ(told.object(), (json{{"file", path("in.e00")},
+                                   {"dataset", path("TOLD")},
+                                   {"kind", "Coverage"},
+                                   {"result", 1},
+                                   {"messages", {{{"level", "inform"}, {"text", creating}}}},
+                                   {"sections", {{{"code", "ARC"}, {"lines", 3}}}}}));
+
+    // What stands is imported to only by force, and the library answers.
+    const Outcome refused = run({"import", "@in.e00", "@DS", "--force", "--json"});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_EQ(refused.object()["result"], 0);
+    EXPECT_EQ(refused.object()["messages"][1],
+              (json{{"level", "error"}, {"text", "Unable to create coverage."}}));
+    EXPECT_EQ(refused.errors,
+              "inform:  Creating Coverage " + path("DS") + "\nerror: Unable to create coverage.\n");
+    EXPECT_EQ(run({"import", "@missing.e00", "@NEW", "--quiet"}).errors,
+              "error: Could not open import file..\n");
+}
+
+TEST_F(CommandLine, ANonFatalErrorIsThree) {
+    given("EXP  0 X\nNXY  2\nEOS\n");
+    const Outcome outcome = run({"import", "--quiet", "--json", "@in.e00", "@DS"});
+    EXPECT_EQ(outcome.status, 3);
+    EXPECT_EQ(outcome.object()["result"], 1);
+    EXPECT_EQ(outcome.object()["messages"][1]["level"], "nonftl");
+    EXPECT_EQ(outcome.errors, "error: The TIN section has no ENV section before it (IMPNXY).\n");
+}
+
+TEST_F(CommandLine, ControlCharactersOfAMessageAreShownEscaped) {
+    given("EXP  0 X\nARC  2\n         1\x1b[2J\xc2\x9b\xe9\n");
+    const Outcome outcome = run({"import", "@in.e00", "@DS"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_NE(outcome.errors.find("fatal: Could not read \"\\x1B[2J"), std::string::npos)
+        << outcome.errors;
+    EXPECT_EQ(outcome.errors.find('\x1b'), std::string::npos);
+    EXPECT_EQ(program::shown("a\x7f\xc2\x9b\xe9"), "a\\x7F\xc3\x82\\x9B\xc3\xa9");
+    EXPECT_EQ(program::shown("\xc2\x9b"), "\\x9B");
+}
+
+TEST_F(CommandLine, ProgressIsShownOnATerminalAndClearedBeforeAMessage) {
+    std::string text = "EXP  0 X\n";
+    for (int section = 0; section < 2; ++section) text += std::string(kArcs).substr(9, 163);
+    given(text + "        -1x\n");
+    const Outcome outcome = run({"import", "@in.e00", "@DS"}, true);
+    EXPECT_NE(outcome.errors.find("MB  ARC"), std::string::npos) << outcome.errors;
+    EXPECT_NE(outcome.errors.find("\r\033[Kfatal: "), std::string::npos) << outcome.errors;
+    EXPECT_EQ(run({"import", "@in.e00", "@OTHER"}).errors.find('\r'), std::string::npos);
+}
+
+TEST_F(CommandLine, WhatIsNoDatasetEndsShowAndDump) {
+    writeFile(path("stray"), std::string(5000, '\xff'));
+    std::filesystem::create_directory(path("folder"));
+    writeFile(path("folder/notes"), "nothing of ours");
+    for (const char* name : {"@missing", "@stray", "@folder"}) {
+        for (const char* command : {"show", "dump"}) {
+            const Outcome outcome = run({command, name});
+            EXPECT_EQ(outcome.status, 1) << name;
+            EXPECT_TRUE(outcome.errors.starts_with("intake: ") && outcome.errors.ends_with('\n'));
+            EXPECT_EQ(std::count(outcome.errors.begin(), outcome.errors.end(), '\n'), 1);
+        }
+    }
+}
+
+// The program as it is installed.
+TEST_F(CommandLine, TheExecutableEndsAsItsCommandsDo) {
+    given(kArcs);
+    const std::string intake = INTAKE_BINARY_DIR "/bin/intake ";
+    const auto status = [&](const std::string& words) {
+        return WEXITSTATUS(std::system((intake + words + " 2>" + path("errors")).c_str()));
+    };
+    EXPECT_EQ(status("--version >" + path("version")), 0);
+    EXPECT_EQ(fileBytes(path("version")), run({"--version"}).output);
+    EXPECT_EQ(status("import " + path("in.e00") + " " + path("DS")), 0);
+    EXPECT_EQ(fileBytes(path("errors")), "inform:  Creating Coverage " + path("DS") + "\n");
+    EXPECT_EQ(status("import " + path("missing") + " " + path("NEW")), 1);
+    EXPECT_EQ(status("import"), 2);
+    EXPECT_EQ(status("dump " + path("DS") + " >" + path("dump")), 0);
+    EXPECT_EQ(fileBytes(path("dump")), run({"dump", "@DS"}).output);
+    EXPECT_EQ(status("dump " + path("DS") + " >/dev/full"), 1);
+    EXPECT_EQ(fileBytes(path("errors")), "intake: could not write the output\n");
+}
+
+}  // namespace
+}  // namespace intake::testing
