@@ -112,7 +112,7 @@ TEST_F(CommandLine, ProgressIsShownOnATerminalAndClearedBeforeAMessage) {
 }
 
 TEST_F(CommandLine, WhatIsNoDatasetEndsShowAndDump) {
-    writeFile(path("stray"), std::string(5000, '\xff'));
+    writeFile(path("stray"), std::string(5000, '\x01'));
     std::filesystem::create_directory(path("folder"));
     writeFile(path("folder/notes"), "nothing of ours");
     for (const char* name : {"@missing", "@stray", "@folder"}) {
