@@ -70,6 +70,29 @@ bool isPlainFile(const std::string& path) {
     return true;
 }
 
+// Whether the front of a file is lines of text, in whatever encoding, or nothing at all.
+bool looksLikeText(const std::string& path) {
+    constexpr int32_t kLines = 100;
+    int32_t channel = 0;
+    int32_t status = 0;
+    qx::call(aopen_, channel, std::string_view(path), status);
+    if (status != 0) return false;
+    bool text = true;
+    for (int32_t number = 0; text && number < kLines; ++number) {
+        qx::FixedText<300> line;
+        int32_t count = 0;
+        qx::call(aread_, channel, line, count, status);
+        if (status != 0) break;
+        const std::string_view characters = line.view();
+        text = std::none_of(characters.begin(), characters.end(), [](char character) {
+            const auto code = static_cast<unsigned char>(character);
+            return code < 32 && character != '\t' && character != '\r' && character != '\f';
+        });
+    }
+    qx::call(aclose_, channel);
+    return text;
+}
+
 struct Recognizer {
     const char* kind;
     bool (*fits)(const std::string& path);
@@ -94,7 +117,7 @@ bool isSymbolSet(const std::string& path) {
 }
 bool isFont(const std::string& path) {
     const std::string file = fontFile(path);
-    return !file.empty() && looksLikeFont(file);
+    return !file.empty() && !looksLikeText(file) && looksLikeFont(file);
 }
 bool mayBeFont(const std::string& path) { return !fontFile(path).empty(); }
 
@@ -116,9 +139,8 @@ constexpr Guess kGuesses[] = {
     {kShades, isSymbolSet<kShades>, isSymbolSet<kShades>},
     {kTexts, isSymbolSet<kTexts>, isSymbolSet<kTexts>},
     {"Font File", isFont, mayBeFont},
+    {"Text File", looksLikeText, isPlainFile},
 };
-// A file that fits nothing else.
-constexpr char kTextFile[] = "Text File";
 
 std::string lastName(const std::string& path) {
     qx::Name name;
@@ -136,7 +158,6 @@ std::vector<std::string> kindsOf(const std::string& path) {
     for (const Guess& each : kGuesses) {
         if (each.fits(path)) kinds.emplace_back(each.kind);
     }
-    if (kinds.empty() && isPlainFile(path)) kinds.emplace_back(kTextFile);
     return kinds;
 }
 
@@ -144,7 +165,6 @@ Dataset findDataset(const std::string& path, const std::string& kind) {
     for (const Guess& each : kGuesses) {
         if (kind == each.kind && each.mayBe(path)) return {path, lastName(path), kind};
     }
-    if (kind == kTextFile && isPlainFile(path)) return {path, lastName(path), kind};
     const std::vector<std::string> kinds = kindsOf(path);
     if (kinds.empty()) throw std::runtime_error(path + ": no dataset of this name");
     if (!kind.empty()) {

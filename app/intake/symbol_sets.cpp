@@ -136,7 +136,7 @@ bool looksLikeFont(const std::string& path) {
     return std::all_of(records.begin(), records.end(), [](const Words& words) {
         return std::all_of(words.begin(), words.begin() + kFontBytes / 4, [](int32_t word) {
             const float magnitude = std::fabs(std::bit_cast<float>(word));
-            return magnitude == 0 || (magnitude > 1e-20F && magnitude < 1e20F);
+            return magnitude == 0 || (magnitude > 1e-6F && magnitude < 1e7F);
         });
     });
 }
