@@ -30,11 +30,17 @@ void IMPTX7(const Name& dataset, const int32_t& precision, Status& status);
 // Notes which spatial indexes are asked for. IMPCLR forgets the requests when an import starts.
 void IMPSIN(const Name& dataset, Status& status);
 void IMPCLR();
+// Builds the indexes that were asked for from what the coverage holds, with a warning for each that
+// cannot be built.
+void IMPSPX(const Name& dataset, Status& status);
 
 // The log and the projection of any kind of dataset; with skip their lines are dropped. The status
 // is that of creating the file.
 void IMPLOG(const Name& dataset, const bool& skip, Status& status);
 void IMPPRJ(const Name& dataset, const bool& skip, Status& status);
+
+// Forgets what an import left half done.
+void rearmCoverage();
 
 }  // namespace intake
 

@@ -184,6 +184,7 @@ void rearmImport() {
     rearmRaster();
     import = {};
     reader = {};
+    rearmCoverage();
     rearmTables();
     rearmTin();
 }

@@ -42,6 +42,7 @@ void importTables(ImportState& import) {
         IMPIFO(import.DSNAME, import.HDRPRC, import.SECPRC, import.INFKND, import.IMPSKP,
                import.IMPSTS);
     }
+    IMPSPX(import.DSNAME, import.IMPSTS);
 }
 void importTableMetadata(ImportState& import) {
     IMPIMD(import.DSNAME, import.INFKND, import.IMPSTS);

@@ -14,6 +14,8 @@
 #include "host/qxbase/plots.h"
 #include "host/qxbase/progress.h"
 #include "host/qxbase/records.h"
+#include "host/qxbase/scratch.h"
+#include "host/qxbase/sort.h"
 #include "host/qxbase/startup.h"
 #include "host/qxbase/strings.h"
 #include "host/qxbase/tins.h"

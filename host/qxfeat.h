@@ -4,8 +4,10 @@
 
 #include "host/qxfeat/annotation.h"
 #include "host/qxfeat/arcs.h"
+#include "host/qxfeat/boxes.h"
 #include "host/qxfeat/centroids.h"
 #include "host/qxfeat/coverages.h"
+#include "host/qxfeat/index.h"
 #include "host/qxfeat/labels.h"
 #include "host/qxfeat/links.h"
 #include "host/qxfeat/numbers.h"

@@ -132,3 +132,20 @@ void vstat_(const int32_t* handle, int32_t* status) {
 }
 
 void vclose_(const int32_t* handle) { files.close(*handle); }
+
+void VcreatC(int32_t* handle, const char* path, const int32_t* code, const int32_t* a,
+             const int32_t* b, const int32_t* c, const int32_t* recordWords, int32_t* status) {
+    vcreat_(handle, path, code, a, b, c, recordWords, status,
+            static_cast<int32_t>(std::strlen(path)));
+}
+
+void VwriteC(const int32_t* handle, const int32_t* number, const void* words,
+             const int32_t* count) {
+    vwrite_(handle, number, words, count);
+}
+
+void VheadwC(const int32_t* handle, const void* words, const int32_t* count) {
+    vhead_(handle, words, count);
+}
+
+void VcloseC(const int32_t* handle) { vclose_(handle); }

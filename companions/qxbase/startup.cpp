@@ -16,6 +16,7 @@ void closeAll() {
     qxbase::closeTransfers();
     qxbase::closeSurfaces();
     qxbase::closeMemberChannels();
+    qxbase::closeScratchFiles();
     qxbase::leaveDirectories();
     qxbase::clearMessages();
 }

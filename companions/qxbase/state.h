@@ -17,6 +17,7 @@ void closeBitmaps();
 void closeTransfers();
 void closeSurfaces();
 void closeMemberChannels();
+void closeScratchFiles();
 void leaveDirectories();
 
 // A name of a plain record file as a path from the process's current directory.

@@ -70,6 +70,7 @@ void featinitC() {
 void featendC() {
     qxfeat::closeFeatures();
     qxfeat::closeSubclassWalks();
+    qxfeat::closeIndexes();
     qxfeat::closeTables();
     qxfeat::closeTableLists();
     store::tellFailures();

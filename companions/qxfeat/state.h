@@ -8,6 +8,7 @@ namespace qxfeat {
 // Closes every open file of features.
 void closeFeatures();
 void closeSubclassWalks();
+void closeIndexes();
 // Closes every open table and list of tables.
 void closeTables();
 void closeTableLists();

@@ -56,6 +56,16 @@ QX_API void vgethd_(const int32_t* handle, void* words, const int32_t* capacity,
 QX_API void vstat_(const int32_t* handle, int32_t* status);
 QX_API void vclose_(const int32_t* handle);
 
+/* The forms that take a path as a terminated string. A record file is made anew where one stands.
+ */
+QX_API void VcreatC(int32_t* handle, const char* path, const int32_t* code, const int32_t* a,
+                    const int32_t* b, const int32_t* c, const int32_t* recordWords,
+                    int32_t* status);
+QX_API void VwriteC(const int32_t* handle, const int32_t* number, const void* words,
+                    const int32_t* count);
+QX_API void VheadwC(const int32_t* handle, const void* words, const int32_t* count);
+QX_API void VcloseC(const int32_t* handle);
+
 QX_END
 
 #endif

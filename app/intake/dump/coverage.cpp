@@ -49,6 +49,7 @@ void dumpCoverage(Dump& dump, const Dataset& dataset) {
         if (dump.wants(each.className)) each.records(dump, dataset);
     }
     dumpSideTexts(dump, dataset.path);
+    dumpIndexes(dump, dataset);
     dumpTables(dump, dataset.path);
 }
 

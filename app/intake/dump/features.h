@@ -40,6 +40,9 @@ void dumpTolerances(Dump& dump, const Dataset& dataset);
 void countAnnotation(const Dataset& dataset, JsonLine& line);
 void dumpAnnotation(Dump& dump, const Dataset& dataset);
 
+// The spatial indexes, which the dataset line does not count.
+void dumpIndexes(Dump& dump, const Dataset& dataset);
+
 }  // namespace program
 
 #endif

@@ -1,0 +1,53 @@
+#include "host/qxfeat/boxes.h"
+
+#include <cmath>
+#include <string>
+
+#include "companions/qxfeat/feature_files.h"
+#include "host/cpp/call.h"
+#include "host/qxfeat/table_reading.h"
+
+using qx::call;
+
+void boxfd2_(const double* points, const int32_t* count, double* box) {
+    if (*count < 1) {
+        box[0] = box[1] = box[2] = box[3] = 0;
+        return;
+    }
+    box[0] = box[2] = points[0];
+    box[1] = box[3] = points[1];
+    for (int64_t index = 1; index < *count; ++index) {
+        box[0] = std::fmin(box[0], points[2 * index]);
+        box[1] = std::fmin(box[1], points[2 * index + 1]);
+        box[2] = std::fmax(box[2], points[2 * index]);
+        box[3] = std::fmax(box[3], points[2 * index + 1]);
+    }
+}
+
+void bndget_(const char* coverage, double* box, int32_t* status, int32_t coverageLength) {
+    constexpr std::string_view kItems[] = {"XMIN", "YMIN", "XMAX", "YMAX"};
+    constexpr int32_t kToRead = 1;
+    *status = qxfeat::kFailed;
+    qx::Name directory;
+    qx::Name prefix;
+    qx::FixedText<QX_TABLE_NAME_LENGTH> name;
+    call(infarc_, qx::textArgument(coverage, coverageLength), directory, prefix, name);
+    if (name.blank()) return;
+    const std::string table = std::string(name.view()) + ".BND";
+    int32_t handle = 0;
+    int32_t records = 0;
+    int32_t recordLength = 0;
+    int32_t result = 0;
+    call(infopn_, std::string_view(table), directory, prefix, kToRead, handle, records,
+         recordLength, result);
+    if (result != 0) return;
+    call(infget_, handle, 1, result);
+    for (std::size_t side = 0; side < 4 && result == 0; ++side) {
+        int32_t place = 0;
+        qx::FixedText<64> text;
+        call(inffnd_, handle, kItems[side], place);
+        call(infval_, handle, place, box[side], text, result);
+    }
+    call(infcls_, handle);
+    if (result == 0) *status = qxfeat::kSuccess;
+}
