@@ -10,6 +10,7 @@
 #include "app/intake/import.h"
 #include "app/intake/pack.h"
 #include "app/intake/show/show.h"
+#include "app/intake/show/within.h"
 
 namespace program {
 
@@ -74,10 +75,14 @@ void addShow(CLI::App& app, Console& console, int& status) {
     auto kind = std::make_shared<std::string>();
     auto asJson = std::make_shared<bool>(false);
     command->add_option("DATASET", *path, "The path that was imported to")->required();
+    auto within = std::make_shared<std::string>();
     command->add_flag("--json", *asJson, "Print one JSON object");
+    command->add_option("--within", *within, "List the features of a coverage in a rectangle")
+        ->type_name("XMIN,YMIN,XMAX,YMAX");
     addKind(*command, *kind);
     command->callback([=, &console, &status] {
-        const Description description = describe(*path, *kind);
+        const Description description =
+            within->empty() ? describe(*path, *kind) : describeWithin(*path, *kind, *within);
         if (*asJson) {
             console.output << description.dump() << '\n';
         } else {

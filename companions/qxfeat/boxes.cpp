@@ -1,10 +1,12 @@
 #include "host/qxfeat/boxes.h"
 
+#include <algorithm>
 #include <cmath>
 #include <string>
 
 #include "companions/qxfeat/feature_files.h"
 #include "host/cpp/call.h"
+#include "host/qxfeat/annotation.h"
 #include "host/qxfeat/table_reading.h"
 
 using qx::call;
@@ -22,6 +24,35 @@ void boxfd2_(const double* points, const int32_t* count, double* box) {
         box[2] = std::fmax(box[2], points[2 * index]);
         box[3] = std::fmax(box[3], points[2 * index + 1]);
     }
+}
+
+void annbox_(const AnnoRecord* record, const double* points, double* box) {
+    const double height = record->textHeight;
+    const double length = record->textLength * height;
+    if (record->pointCount < 1) return;
+    if (record->pointCount == 1) {
+        const double ends[] = {points[0], points[1], points[0] + length, points[1] + height};
+        std::copy_n(ends, 4, box);
+        return;
+    }
+    int32_t count = record->pointCount;
+    double ends[4];
+    if (count == 2) {
+        const double dx = points[2] - points[0];
+        const double dy = points[3] - points[1];
+        const double distance = std::hypot(dx, dy);
+        const double share = distance == 0 ? 0 : length / distance;
+        ends[0] = points[0];
+        ends[1] = points[1];
+        ends[2] = points[0] + share * dx;
+        ends[3] = points[1] + share * dy;
+        points = ends;
+    }
+    boxfd2_(points, &count, box);
+    box[0] -= height;
+    box[1] -= height;
+    box[2] += height;
+    box[3] += height;
 }
 
 void bndget_(const char* coverage, double* box, int32_t* status, int32_t coverageLength) {

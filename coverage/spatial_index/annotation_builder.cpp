@@ -1,4 +1,3 @@
-#include <cmath>
 #include <vector>
 
 #include "coverage/spatial_index/build.h"
@@ -11,14 +10,6 @@ namespace intake {
 namespace {
 
 constexpr int32_t kAnnotationCode = 16;
-
-Box enlarged(const Box& box, double by) {
-    return {box[0] - by, box[1] - by, box[2] + by, box[3] + by};
-}
-
-Box spanned(double x1, double y1, double x2, double y2) {
-    return {std::fmin(x1, x2), std::fmin(y1, y2), std::fmax(x1, x2), std::fmax(y1, y2)};
-}
 
 void addAnnotation(Handle annotation) {
     AnnoRecord anno{};
@@ -33,32 +24,12 @@ void addAnnotation(Handle annotation) {
             continue;
         }
         if (status != kSuccess) return;
-        placeAnnotation(anno, points.data(), box);
+        call(annbox_, anno, points, box);
         SPXADD(record++, box, status);
     }
 }
 
 }  // namespace
-
-void placeAnnotation(const AnnoRecord& anno, const double* points, Box& box) {
-    const double height = anno.textHeight;
-    const double length = anno.textLength * height;
-    if (anno.pointCount == 1) {
-        box = {points[0], points[1], points[0] + length, points[1] + height};
-    } else if (anno.pointCount == 2) {
-        // The text runs from the first point towards the second, by its own length.
-        const double dx = points[2] - points[0];
-        const double dy = points[3] - points[1];
-        const double distance = std::hypot(dx, dy);
-        const double share = distance == 0 ? 0 : length / distance;
-        box = enlarged(
-            spanned(points[0], points[1], points[0] + share * dx, points[1] + share * dy), height);
-    } else if (anno.pointCount > 2) {
-        Box around;
-        call(boxfd2_, points, anno.pointCount, around);
-        box = enlarged(around, height);
-    }
-}
 
 Status indexAnnotation(const Name& coverage, const Box& extent) {
     bool sound = true;

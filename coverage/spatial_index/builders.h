@@ -3,7 +3,6 @@
 #define COVERAGE_SPATIAL_INDEX_BUILDERS_H
 
 #include "coverage/spatial_index/grid.h"
-#include "host/qxfeat/annotation.h"
 #include "stream/types.h"
 
 namespace intake {
@@ -19,9 +18,6 @@ Status indexPolygons(const Name& coverage, const Box& extent);
 // One index a subclass.
 Status indexAnnotation(const Name& coverage, const Box& extent);
 Status indexRegions(const Name& coverage, const Box& extent);
-
-// Where an annotation lies, by its points; without any, box stays as it is.
-void placeAnnotation(const AnnoRecord& anno, const double* points, Box& box);
 
 }  // namespace intake
 

@@ -61,6 +61,11 @@ QX_API void annpos_(const int32_t* handle, const int32_t* number, int32_t* statu
 QX_API void annrd_(const int32_t* handle, AnnoRecord* record, double* points,
                    const int32_t* capacity, int32_t* status);
 
+/* The box of an annotation: xmin, ymin, xmax, ymax. The text is taken to be as long as its height
+ * for each character; it begins at a single point, runs from the first of two points towards the
+ * second, or keeps within its height of more. Without points the box stays as it is. */
+QX_API void annbox_(const AnnoRecord* record, const double* points, double* box);
+
 QX_END
 
 #endif
