@@ -37,7 +37,6 @@ std::unique_ptr<Table> Table::define(const std::string& directory, int32_t numbe
     std::unique_ptr<Table> table(new Table(directory, number));
     table->definition_.name = name;
     table->changed_ = true;
-    table->flush();
     beingWritten = table.get();
     return table;
 }

@@ -20,7 +20,8 @@ inline constexpr int32_t kItemIndexCode = -3;
 
 class Table : public store::Buffered {
   public:
-    // A table that is being defined; its definition is stored as it grows.
+    // A table that is being defined. Its definition is stored with the first record, when the table
+    // is closed, or before an error unwinds.
     static std::unique_ptr<Table> define(const std::string& directory, int32_t number,
                                          std::string_view name);
     // One that is there; null if its files cannot be understood.

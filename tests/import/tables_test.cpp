@@ -1,10 +1,15 @@
+#include <signal.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <filesystem>
 
 #include "host/cpp/call.h"
+#include "host/qxbase.h"
 #include "host/qxfeat.h"
+#include "stream/reader_state.h"
+#include "tables/sections.h"
 #include "tables/table.h"
 #include "tests/support/import_test.h"
 
@@ -394,6 +399,61 @@ TEST_F(Tables, KeepTheirRecordsInTheWorkspaceAndSurviveDamage) {
         writeFile(path(name), whole);
     }
     EXPECT_EQ(records("record").size(), 1U);
+}
+
+// The dataset's directory is missing, so that its file for the records cannot be made.
+TEST_F(Tables, WhoseFileCannotBeMadeEndTheImport) {
+    std::vector<std::string> told;
+    mesink_([](int32_t, const char* text,
+               void* user) { static_cast<std::vector<std::string>*>(user)->emplace_back(text); },
+            &told);
+    given(table("S.PAT", 1, 1, {{"A", 4, 1, 5}}, "XX") + kEnd);
+    const Name dataset(path("DS"));
+    Status status = kSuccess;
+    const auto begin = [&] {
+        reader = {};
+        call(aopen_, reader.IMPUNT, Name(path("in.e00")), status);
+    };
+    begin();
+    EXPECT_ANY_THROW(IMPIFO(dataset, 0, kSingle, kTablesOfCoverage, false, status));
+    begin();
+    EXPECT_ANY_THROW(IM1IFO(Name(path("DS1")), 1, kTablesOfCoverage, false, status));
+    EXPECT_EQ(told,
+              (std::vector<std::string>{"Unable to external " + path("DS/pat.dat") + ". (IMPINF)",
+                                        "Error in externaling file (IM1INF)"}));
+    // A surface has no tables, and a section that is skipped is only read past.
+    begin();
+    IMPIFO(dataset, 0, kSingle, kTablesOfTin, false, status);
+    EXPECT_EQ(reader.logicalLines, 0);
+    begin();
+    IMPIFO(dataset, 0, kSingle, kTablesOfCoverage, true, status);
+    EXPECT_EQ(reader.logicalLines, 3);
+    begin();
+    IM1IFO(dataset, 1, kTablesOfCoverage, true, status);
+    EXPECT_EQ(reader.logicalLines, 4);
+    EXPECT_EQ(told.size(), 2U);
+    mesink_(nullptr, nullptr);
+    featendC();
+    baseendC();
+}
+
+// A disk that is full, as a limit on the size of files makes it.
+TEST_F(Tables, ThatCannotBeWrittenEndTheImport) {
+    std::string text = kCurrent + table("S.PAT", 1, 9000, {{"A", 60, 1, 2}}, "XX");
+    for (int record = 0; record < 9000; ++record) text += "a\n";
+    given(text + kEnd);
+    if (fork() == 0) {
+        signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit{65536, 65536};
+        setrlimit(RLIMIT_FSIZE, &limit);
+        const bool ended = import() == 0 && !complaints().empty() &&
+                           complaints()[0] == "Could not write DF record (IMPINF)";
+        _exit(ended ? 0 : 1);
+    }
+    int status = 0;
+    ASSERT_GT(wait(&status), 0);
+    EXPECT_EQ(status, 0);
+    EXPECT_GT(records("record").size(), 0U);
 }
 
 // Eight imports at the same time lose none of each other's tables.
