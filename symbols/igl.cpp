@@ -13,7 +13,7 @@ constexpr int32_t kHighestType = 6;
 constexpr int32_t kRecordFile = 5;
 constexpr int32_t kRecordBytes = kFontReals * 4;
 constexpr int32_t kReadAndWrite = 2;
-// More than any font holds; what a file claims beyond it is not made.
+// More than any font holds; what a file claims beyond it is refused.
 constexpr int32_t kMostRecords = 1000000;
 
 enum Routine : int32_t { kOpen = 205, kClose = 206, kWrite = 215 };
@@ -64,9 +64,9 @@ Status makeRecords(const FixedText<64>& name, int32_t recordCount) {
 
 Status openRecordFile(Unit& unit) {
     Status status = kSuccess;
+    if (unit.recordCount > kMostRecords) return kReported;
     call(iexist_, unit.name, status);
     if (status != kSuccess) {
-        if (unit.recordCount > kMostRecords) return kReported;
         status = makeRecords(unit.name, unit.recordCount);
         if (status != kSuccess) return status;
     }

@@ -61,6 +61,11 @@ TEST_F(Fonts, FailuresAreTold) {
     EXPECT_EQ(import("HUGE"), 0);
     EXPECT_EQ(complaints()[0], "Error in opening " + path("HUGE") +
                                    ":\nIGL Error The file could not be opened or made.");
+    EXPECT_FALSE(std::filesystem::exists(path("huge")));
+    // Nor is one that is there opened for as many.
+    writeFile(path("huge"), "");
+    EXPECT_EQ(import("HUGE"), 0);
+    EXPECT_EQ(fileBytes(path("huge")), "");
     givenFont(1, 1);
     EXPECT_EQ(import("TOOLONG"), 0);
     EXPECT_EQ(complaints()[0], "TOOLONG is longer than 6 characters - IGL does't allow that!");
