@@ -115,6 +115,10 @@ template <const char* kind>
 bool isSymbolSet(const std::string& path) {
     return findRecordBytes(path, kind) != 0;
 }
+template <const char* kind>
+bool mayBeSymbolSet(const std::string& path) {
+    return findRecordBytesOfNamed(path, kind) != 0;
+}
 bool isFont(const std::string& path) {
     const std::string file = fontFile(path);
     return !file.empty() && !looksLikeText(file) && looksLikeFont(file);
@@ -134,10 +138,10 @@ struct Guess {
     bool (*mayBe)(const std::string& path);
 };
 constexpr Guess kGuesses[] = {
-    {kLines, isSymbolSet<kLines>, isSymbolSet<kLines>},
-    {kMarkers, isSymbolSet<kMarkers>, isSymbolSet<kMarkers>},
-    {kShades, isSymbolSet<kShades>, isSymbolSet<kShades>},
-    {kTexts, isSymbolSet<kTexts>, isSymbolSet<kTexts>},
+    {kLines, isSymbolSet<kLines>, mayBeSymbolSet<kLines>},
+    {kMarkers, isSymbolSet<kMarkers>, mayBeSymbolSet<kMarkers>},
+    {kShades, isSymbolSet<kShades>, mayBeSymbolSet<kShades>},
+    {kTexts, isSymbolSet<kTexts>, mayBeSymbolSet<kTexts>},
     {"Font File", isFont, mayBeFont},
     {"Text File", looksLikeText, isPlainFile},
 };

@@ -72,6 +72,17 @@ bool readFirstRecords(const std::string& path, int32_t recordBytes, std::vector<
     return whole && status == 0;
 }
 
+bool dividesFile(const std::string& path, int32_t recordBytes) {
+    int32_t file = 0;
+    int32_t status = 0;
+    call(iopen_, file, std::string_view(path), recordBytes, kRead, status);
+    if (status != 0) return false;
+    int64_t size = 0;
+    call(isize_, file, size);
+    call(iclose_, file);
+    return size % recordBytes == 0;
+}
+
 bool isSymbolNumber(int32_t number) { return number >= 1 && number <= kHighestSymbol; }
 
 std::string lowerCase(std::string text) {
@@ -94,6 +105,44 @@ int32_t findRecordBytes(const std::string& path, std::string_view kind) {
         }
     }
     return 0;
+}
+
+int32_t findRecordBytesOfNamed(const std::string& path, std::string_view kind) {
+    if (const int32_t found = findRecordBytes(path, kind); found != 0) return found;
+    int32_t best = 0;
+    std::ptrdiff_t most = -1;
+    for (const Length& length : kLengths) {
+        std::vector<Words> records;
+        if (length.kind != kind || !dividesFile(path, length.recordBytes) ||
+            !readFirstRecords(path, length.recordBytes, records)) {
+            continue;
+        }
+        const std::ptrdiff_t numbers =
+            std::count_if(records.begin(), records.end(),
+                          [](const Words& words) { return isSymbolNumber(words[0]); });
+        if (numbers > most) {
+            most = numbers;
+            best = length.recordBytes;
+        }
+    }
+    return best;
+}
+
+std::vector<StraySymbol> straySymbols(const std::string& path, int32_t recordBytes) {
+    std::vector<StraySymbol> strays;
+    int32_t file = 0;
+    int32_t status = 0;
+    call(iopen_, file, std::string_view(path), recordBytes, kRead, status);
+    if (status != 0) return strays;
+    Words words{};
+    for (int32_t record = 1;; ++record) {
+        call(iread_, file, static_cast<void*>(words.data()), recordBytes, record, status);
+        if (status != 0) break;
+        call(swi4bn_, words[0], 1);
+        if (!isSymbolNumber(words[0])) strays.push_back({record, words[0]});
+    }
+    call(iclose_, file);
+    return strays;
 }
 
 SetLayout layoutOf(std::string_view kind, int32_t recordBytes) {

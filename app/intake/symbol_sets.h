@@ -28,7 +28,18 @@ struct SetLayout {
 // number. 0 if none fits. A file without records fits the kind's first length.
 int32_t findRecordBytes(const std::string& path, std::string_view kind);
 
-// The layout of a length that findRecordBytes gave. Where nothing is known of the words they all
+// The same for a file that the user says is of the kind: where none fits, for symbols that are
+// numbered otherwise, the length of the kind that divides the file with the most symbol numbers.
+int32_t findRecordBytesOfNamed(const std::string& path, std::string_view kind);
+
+// A symbol that no reader of the set takes, since its number is none from 1 to kHighestSymbol.
+struct StraySymbol {
+    int32_t record;
+    int32_t number;
+};
+std::vector<StraySymbol> straySymbols(const std::string& path, int32_t recordBytes);
+
+// The layout of a length that one of these gave. Where nothing is known of the words they all
 // count as integers.
 SetLayout layoutOf(std::string_view kind, int32_t recordBytes);
 

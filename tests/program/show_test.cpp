@@ -43,6 +43,21 @@ TEST_F(Show, AMapTellsItsElementsAndASetItsRecords) {
     EXPECT_EQ(set["recordCount"], 19);
 }
 
+TEST_F(Show, ASetTellsOfNumbersThatNoReaderTakes) {
+    std::string lines = "EXP  0 X\nCMK  2\n";
+    for (const char* number : {"  1060", "  5000", "     0"}) {
+        lines += "    " + std::string(number) + "         2         3         4         5\n";
+        lines += " 6.0000000E+00 7.0000000E+00\n";
+    }
+    given(lines + "EOS\nEOS\n");
+    ASSERT_EQ(import("MARKS"), 1);
+    const json set = run({"show", "@MARKS", "--json", "--kind", "Markerset File"}).object();
+    EXPECT_EQ(set["recordBytes"], 28);
+    EXPECT_EQ(set["outside1To1060"], 2);
+    EXPECT_EQ(set["strays"],
+              json::parse(R"([{"record":2,"number":5000},{"record":3,"number":0}])"));
+}
+
 TEST_F(Show, AStackTellsItsGrids) {
     ASSERT_EQ(run({"import", INTAKE_SOURCE_DIR "/samples/jkstk.e00", "@JKSTK"}).status, 0);
     const json stack = run({"show", "@JKSTK", "--json"}).object();

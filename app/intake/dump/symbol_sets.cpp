@@ -73,7 +73,8 @@ void symbolLine(Dump& dump, int32_t number, const RecordWords& record, const Set
 
 void dumpSymbolSet(Dump& dump, const Dataset& dataset) {
     datasetLine(dump, dataset);
-    const SetLayout layout = layoutOf(dataset.kind, findRecordBytes(dataset.path, dataset.kind));
+    const SetLayout layout =
+        layoutOf(dataset.kind, findRecordBytesOfNamed(dataset.path, dataset.kind));
     int32_t file = 0;
     int32_t status = 0;
     call(iopen_, file, std::string_view(dataset.path), layout.recordBytes, kRead, status);

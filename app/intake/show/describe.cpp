@@ -1,8 +1,10 @@
+#include <algorithm>
 #include <array>
 #include <sstream>
 
 #include "app/intake/dump/dump.h"
 #include "app/intake/show/show.h"
+#include "app/intake/symbol_sets.h"
 #include "host/cpp/call.h"
 #include "host/qxfeat.h"
 
@@ -16,6 +18,19 @@ void addExtent(const std::string& path, nlohmann::json& head) {
     int32_t status = 0;
     qx::call(boxget_, std::string_view(path), box, status);
     if (status == 0) head["extent"] = box;
+}
+
+// The first of a set's symbols with numbers that no reader takes, and how many there are.
+void addStraySymbols(const Dataset& dataset, Description& description) {
+    constexpr std::size_t kMostShown = 20;
+    if (!description.contains("recordBytes") || dataset.kind == "Font File") return;
+    const auto strays = straySymbols(dataset.path, description["recordBytes"]);
+    if (strays.empty()) return;
+    description["outside1To1060"] = strays.size();
+    Description& shown = description["strays"] = Description::array();
+    for (std::size_t each = 0; each < std::min(strays.size(), kMostShown); ++each) {
+        shown.push_back({{"record", strays[each].record}, {"number", strays[each].number}});
+    }
 }
 
 }  // namespace
@@ -37,6 +52,7 @@ Description describe(const std::string& path, const std::string& kind) {
         first = false;
     }
     if (!grids.empty()) description["grids"] = std::move(grids);
+    addStraySymbols(dataset, description);
     description["files"] = filesOf(dataset);
     return description;
 }

@@ -12,7 +12,8 @@ namespace program {
 
 // What is shown, as one object: kind and name, then what the kind has of precision, extent
 // [xmin, ymin, xmax, ymax], sizes and counts, tables with their items, and files with their bytes.
-// All of it comes from the heads of the stored files: no record is read, however many there are.
+// All of it comes from the heads of the stored files: no record is read, however many there are,
+// but for the small sets of symbols, whose numbers are looked at.
 using Description = nlohmann::ordered_json;
 
 // The description of the dataset at a path. kind says what it is taken for, "" to find out. Throws
