@@ -4,9 +4,22 @@
 #include <fstream>
 #include <stdexcept>
 
+#include "app/intake/stacks.h"
+
 namespace program {
 
 namespace {
+
+[[noreturn]] void noPicture(const Dataset& dataset) {
+    throw std::runtime_error(dataset.path + ": a " + dataset.kind + " has no picture");
+}
+
+// The first of its grids stands for a stack.
+Picture pictureOfStack(const Dataset& dataset) {
+    const std::vector<Dataset> grids = memberGrids(dataset.path);
+    if (grids.empty()) noPicture(dataset);
+    return pictureOfRaster(grids.front());
+}
 
 struct Kind {
     const char* label;
@@ -22,6 +35,7 @@ constexpr Kind kKinds[] = {
     {"TIN", pictureOfTin},
     {"Lattice", pictureOfRaster},
     {"Grid", pictureOfRaster},
+    {"Stack", pictureOfStack},
 };
 // clang-format on
 
@@ -29,7 +43,7 @@ Picture pictureOf(const Dataset& dataset) {
     for (const Kind& kind : kKinds) {
         if (dataset.kind == kind.label) return kind.picture(dataset);
     }
-    throw std::runtime_error(dataset.path + ": a " + dataset.kind + " has no picture");
+    noPicture(dataset);
 }
 
 void drawTo(const std::string& file, bool svg, const Picture& picture) {

@@ -1,4 +1,4 @@
-// The colours of pictures.
+// The colours of pictures, and their text height.
 #ifndef APP_INTAKE_DRAW_PALETTE_H
 #define APP_INTAKE_DRAW_PALETTE_H
 
@@ -11,6 +11,9 @@
 namespace program {
 
 inline constexpr Colour kInk = {40, 40, 40};
+
+// The height of texts that do not say theirs.
+inline constexpr double kTextPixels = 10;
 
 // Lines and texts by colour number: 0 and 1 are ink.
 inline Colour lineColour(int32_t number) {

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 #include "app/intake/draw/draw.h"
 #include "app/intake/draw/palette.h"
@@ -192,12 +193,12 @@ class OnCanvas : public Stage {
         if (outlined) canvas_.line(places, kInk, 0.5);
     }
     void point(double x, double y, int32_t colour) override {
+        if (!std::isfinite(x) || !std::isfinite(y)) return;
         canvas_.dot(view_.place(x, y), 2.5, lineColour(colour));
     }
     void text(double x, double y, double height, const std::string& text, int32_t colour) override {
-        constexpr double kOtherwise = 10;
-        const double pixels = view_.length(height);
-        canvas_.text(view_.place(x, y), pixels > 0 ? pixels : kOtherwise, 0, text,
+        if (!std::isfinite(x) || !std::isfinite(y)) return;
+        canvas_.text(view_.place(x, y), view_.length(height, kTextPixels), 0, text,
                      lineColour(colour));
     }
 

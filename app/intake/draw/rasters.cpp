@@ -51,8 +51,7 @@ void readRow(int32_t handle, const QxRaster& raster, int32_t row, int32_t step,
 
 Heights readHeights(int32_t handle, const QxRaster& raster) {
     Heights heights;
-    const int32_t step =
-        std::max(1, (std::max(raster.columns, raster.rows) + kLongestSide - 1) / kLongestSide);
+    const int32_t step = (std::max({raster.columns, raster.rows, 1}) - 1) / kLongestSide + 1;
     heights.columns = (raster.columns + step - 1) / step;
     heights.rows = (raster.rows + step - 1) / step;
     for (int32_t row = 0; row < raster.rows; row += step) {

@@ -136,10 +136,18 @@ class SvgCanvas : public Canvas {
         }
         if (closed) text_ += 'Z';
     }
+    // Two characters that UTF-8 can write have no place in XML: U+FFFE and U+FFFF.
+    static bool isNoCharacter(std::string_view words) {
+        return words.starts_with("\xEF\xBF\xBE") || words.starts_with("\xEF\xBF\xBF");
+    }
     void escaped(std::string_view words) {
-        for (const char character : words) {
+        for (std::size_t index = 0; index < words.size(); ++index) {
+            const char character = words[index];
             const auto code = static_cast<unsigned char>(character);
-            if (character == '&') {
+            if (isNoCharacter(words.substr(index))) {
+                text_ += ' ';
+                index += 2;
+            } else if (character == '&') {
                 text_ += "&amp;";
             } else if (character == '<') {
                 text_ += "&lt;";

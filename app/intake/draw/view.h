@@ -56,7 +56,11 @@ class View {
 
     double width() const { return width_; }
     double height() const { return height_; }
-    double length(double value) const { return value * scale_; }
+    // The pixels of a length; what is none, or is not finite, has the fallback's.
+    double length(double value, double fallback) const {
+        const double pixels = value * scale_;
+        return pixels > 0 && std::isfinite(pixels) ? std::min(pixels, kLongerSide) : fallback;
+    }
     Place place(double x, double y) const {
         return {kMargin + limited((x - xmin_) * scale_), kMargin + limited((ymax_ - y) * scale_)};
     }

@@ -1,0 +1,151 @@
+#include <algorithm>
+#include <filesystem>
+#include <map>
+
+#include "tests/support/program_test.h"
+
+namespace intake::testing {
+namespace {
+
+// Pictures as text: the elements by name, where each ends and none is left open.
+using Elements = std::map<std::string, int>;
+
+Elements elementsOf(const std::string& svg) {
+    Elements elements;
+    std::vector<std::string> open;
+    std::size_t place = svg.find("?>") + 2;
+    while ((place = svg.find('<', place)) != std::string::npos) {
+        const std::size_t end = svg.find('>', place);
+        EXPECT_NE(end, std::string::npos);
+        const std::string tag = svg.substr(place + 1, end - place - 1);
+        EXPECT_EQ(std::count(tag.begin(), tag.end(), '"') % 2, 0) << tag;
+        place = end;
+        if (tag[0] == '/') {
+            EXPECT_TRUE(!open.empty() && open.back() == tag.substr(1)) << tag;
+            if (!open.empty()) open.pop_back();
+            continue;
+        }
+        const std::string name = tag.substr(0, tag.find(' '));
+        ++elements[name];
+        if (tag.back() != '/') open.push_back(name);
+    }
+    EXPECT_TRUE(open.empty());
+    EXPECT_EQ(svg.find("nan"), std::string::npos);
+    EXPECT_EQ(svg.find("inf"), std::string::npos);
+    return elements;
+}
+
+constexpr char kPlot[] =
+    "PLT  2\nTitle\n 8 0.00000E+00 4.00000E+00\n 9 0.00000E+00 2.00000E+00\n"
+    " 0         3\n 1 1.00000E+00 1.00000E+00\n 2 3.00000E+00 1.00000E+00\n"
+    " 3 1.00000E+00 1.50000E+00\n"
+    "-8A<B & C \n-4\"D\">\n"
+    "11 0.00000E+00 0.00000E+00\n11 1.00000E+00 0.00000E+00\n11 1.00000E+00 1.00000E+00\n"
+    "12 0.00000E+00 0.00000E+00\n 3         NaN 1.50000E+00\n 5 0.00000E+00 0.00000E+00\n"
+    " 3 2.00000E+00 1.50000E+00\nEOP\n";
+constexpr char kClose[] =
+    "        -1         0         0         0         0         0         0\n";
+
+struct Case {
+    const char* name;
+    std::string lines;
+    Elements elements;  // beside the page and its ground
+};
+
+class Draw : public ProgramTest {
+  protected:
+    std::string drawn(const std::string& dataset) const {
+        const Outcome outcome = run({"draw", "@" + dataset, "@" + dataset + ".svg"});
+        EXPECT_EQ(outcome.status, 0) << outcome.errors;
+        return fileBytes(path(dataset + ".svg"));
+    }
+};
+
+TEST_F(Draw, EveryKindsPictureHasWhatItsRecordsSay) {
+    const std::string close = kClose;
+    const std::string tables = "\n\n\n\n\n\n";
+    const Case cases[] = {
+        {"PLOT", kPlot, {{"path", 2}, {"circle", 1}, {"text", 1}}},
+        {"MAP",
+         "MAP  2\nA0001.PLT\n" + std::string(kPlot) + "A0002.PLT\n" + kPlot + "EOM\n",
+         {{"path", 4}, {"circle", 2}, {"text", 2}}},
+        {"COVER",
+         "ARC  2\n"
+         "         1         1         1         2         3         4         2\n"
+         " 0.0000000E+00 0.0000000E+00 4.0000000E+00 4.0000000E+00\n" +
+             close +
+             "LAB  2\n         1         1 1.0000000E+00 1.0000000E+00\n"
+             " 1.0000000E+00 1.0000000E+00 1.0000000E+00 1.0000000E+00\n"
+             "        -1         0 0.0000000E+00 0.0000000E+00\n"
+             "TX6  2\nNAMES\n"
+             "         1         0         2         0         1         1         4\n" +
+             tables +
+             " 1.0000000E+00\n 2.5000000E-01 0.0000000E+00 0.0000000E+00\n"
+             " 1.0000000E+00 1.0000000E+00\n 1.0000000E+00 3.0000000E+00\nR&<D\n" +
+             close + "JABBERWOCKY  \n",
+         {{"path", 1}, {"circle", 1}, {"text", 1}}},
+        {"LATT",
+         "LAT  2\n         2         2\n"
+         " 0.0000000E+00 0.0000000E+00 1.0000000E+00 1.0000000E+00\n"
+         " 1.0000000E+00 4.0000000E+00\n 1.0000000E+00 2.0000000E+00\n"
+         " 3.0000000E+00 4.0000000E+00\nEOL\n",
+         {{"image", 1}}},
+        {"GRID",
+         "GRD  2\n         2         2 1-2.14748364700000E+09\n"
+         " 1.00000000000000E+00 1.00000000000000E+00\n"
+         " 0.00000000000000E+00 0.00000000000000E+00\n"
+         " 2.00000000000000E+00 2.00000000000000E+00\n"
+         "             1             2\n             3             4\nEOG\n",
+         {{"image", 1}}},
+        // Two triangles of four nodes; an area and its outline each.
+        {"SURFACE",
+         "ENV  2\n         4         2         40\n?\n?\n"
+         " 0.0000000E+00 0.0000000E+00 1.0000000E+00 1.0000000E+00 0.0000000E+00\n"
+         " 0.0000000E+00 0.0000000E+00 1.0000000E+00 4.0000000E+00 6.0000000E+00\n" +
+             close +
+             "NXY  2\n 0.0000000E+00 0.0000000E+00 1.0000000E+00 0.0000000E+00\n"
+             " 1.0000000E+00 1.0000000E+00 0.0000000E+00 1.0000000E+00\n" +
+             close + "NZ   2\n 1.0000000E+00 2.0000000E+00 3.0000000E+00 4.0000000E+00\n" + close +
+             "NOD  2\n         1         2         3         1         3         4\n" + close,
+         {{"path", 4}}},
+    };
+    for (const Case& each : cases) {
+        SCOPED_TRACE(each.name);
+        given("EXP  0 X\n" + each.lines + "EOS\n");
+        ASSERT_EQ(import(each.name), 1);
+        Elements expected = each.elements;
+        expected["svg"] = expected["rect"] = 1;
+        EXPECT_EQ(elementsOf(drawn(each.name)), expected);
+    }
+    EXPECT_NE(drawn("PLOT").find(">A&lt;B &amp; C \"D\"&gt;</text>"), std::string::npos);
+    // Upwards, in a picture of four units to a page of 976 pixels.
+    EXPECT_NE(drawn("COVER").find("<text x=\"256.00\" y=\"744.00\" font-size=\"61.00\" "
+                                  "transform=\"rotate(-90.00 256.00 744.00)\""),
+              std::string::npos);
+}
+
+TEST_F(Draw, AStackIsItsFirstGridAndPngIsOne) {
+    ASSERT_EQ(run({"import", INTAKE_SOURCE_DIR "/samples/jkstk.e00", "@STACK"}).status, 0);
+    ASSERT_EQ(run({"draw", "@JKA", "@JKA.svg"}).status, 0);
+    EXPECT_EQ(drawn("STACK"), fileBytes(path("JKA.svg")));
+    ASSERT_EQ(run({"draw", "@STACK", "@STACK.png"}).status, 0);
+    EXPECT_EQ(fileBytes(path("STACK.png")).substr(0, 8), "\x89PNG\r\n\x1A\n");
+}
+
+TEST_F(Draw, WhatHasNoPictureIsRefusedWithALine) {
+    given(
+        "EXP  0 X\nCMK  2\n         1         2         3         4         5\n"
+        " 6.0000000E+00 7.0000000E+00\nEOS\nEOS\n");
+    ASSERT_EQ(import("MARKS"), 1);
+    const Outcome kind = run({"draw", "@MARKS", "@M.svg", "--kind", "Markerset File"});
+    EXPECT_EQ(kind.status, 1);
+    EXPECT_EQ(kind.errors, "intake: " + path("MARKS") + ": a Markerset File has no picture\n");
+    const Outcome ending = run({"draw", "@MARKS", "@M.gif", "--kind", "Markerset File"});
+    EXPECT_EQ(ending.status, 1);
+    EXPECT_EQ(ending.errors,
+              "intake: " + path("M.gif") + ": the name of a picture ends in .svg or .png\n");
+    EXPECT_FALSE(std::filesystem::exists(path("M.svg")));
+}
+
+}  // namespace
+}  // namespace intake::testing
