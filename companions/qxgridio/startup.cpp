@@ -51,5 +51,6 @@ void GridIOInit() { qxgridio::flushOnUnwinding(); }
 
 void gridendC() {
     qxgridio::openRasters().closeAll();
+    qxgridio::openStacks().closeAll();
     store::tellFailures();
 }
