@@ -8,6 +8,7 @@ int main(int argc, char** argv) {
         bench::registerLines();
         bench::registerImports();
         bench::registerTin();
+        bench::registerGridMemory();
     } catch (const std::exception& exception) {
         std::fprintf(stderr, "%s\n", exception.what());
         return 1;

@@ -86,6 +86,7 @@ void registerFields();
 void registerLines();
 void registerImports();
 void registerTin();
+void registerGridMemory();
 
 }  // namespace bench
 

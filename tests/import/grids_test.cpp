@@ -64,7 +64,7 @@ TEST_F(Grids, IntegerAndFloatingCellsHaveTheirOwnNoData) {
     EXPECT_EQ(records("grid", "REAL")[0]["cellType"], "float");
     // A field without an exponent is not shifted here.
     EXPECT_EQ(records("row", "REAL")[0]["cells"],
-              json::parse(R"([null,-12345.669921875,1.5,1.5e-06,"NaN",)"
+              json::parse(R"([null,-12345.669921875,1.5,1.500000053056283e-06,"NaN",)"
                           R"("-Infinity",0.10000000149011612])"));
 }
 
@@ -93,8 +93,9 @@ TEST_F(Grids, AFailedSectionKeepsItsRowsAndLeavesNoTraceInTheNext) {
     const std::string damaged[] = {"", kIntegerRow + "        1.0000\n",
                                    kIntegerRow + "    2147483648\n"};
     std::size_t rows = 0;
+    int number = 0;
     for (const std::string& lines : damaged) {
-        const std::string dataset = "BAD" + std::to_string(lines.size());
+        const std::string dataset = "BAD" + std::to_string(++number);
         given(grid(lines));
         EXPECT_EQ(import(dataset), 0);
         EXPECT_EQ(complaints().size(), 1U);
@@ -114,7 +115,7 @@ TEST_F(Grids, WhatCannotBeAGridIsNotCreated) {
     shapes[1].cellSize = one + "-0.10000000000000E+01";
     shapes[2].cellSize = "                  NaN" + one;
     shapes[3].high = "             Infinity" + one;
-    shapes[4].low = one + "             -Infinity";
+    shapes[4].low = one + "            -Infinity";
     shapes[5].high = one + zero;                                // no rows
     shapes[6].high = " 0.40000000000000E+09" + one;             // too many columns
     shapes[7].high = " 0.10000000000000+300-0.1000000000+300";  // beyond any number of cells

@@ -28,7 +28,7 @@ TEST_F(Lattices, RowsBeginOnFreshLinesAndNoDataIsTold) {
                   R"("spacing":[0.25,0.5],"range":[-1.0,9.100000381469727]})")});
     const auto rows = records("row");
     ASSERT_EQ(rows.size(), 2U);
-    EXPECT_EQ(rows[0]["cells"], json::parse("[null,null,-99989984378880.0,-99990202482688.0,"
+    EXPECT_EQ(rows[0]["cells"], json::parse("[null,null,-99989984378880.0,-99990017933312.0,"
                                             "0.15000000596046448]"));
     EXPECT_EQ(rows[1]["cells"], json::parse(R"(["NaN",null,0.10000000149011612,"Infinity",7.0])"));
 }
