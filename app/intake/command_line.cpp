@@ -8,6 +8,7 @@
 #include "app/intake/draw/draw.h"
 #include "app/intake/dump/dump.h"
 #include "app/intake/import.h"
+#include "app/intake/messages.h"
 #include "app/intake/pack.h"
 #include "app/intake/show/show.h"
 #include "app/intake/show/within.h"
@@ -63,10 +64,15 @@ void addImport(CLI::App& app, Console& console, int& status) {
     command->callback([=, &console, &status] { status = importFile(*options, console); });
 }
 
-// What a command wrote has to reach its reader.
-void finishOutput(Console& console) {
+// Runs a command that reads a dataset. What it wrote has to reach its reader, and a stored file
+// that is damaged is told behind what could be read of it.
+template <class Work>
+int reading(Console& console, Work work) {
+    Listening listening(console);
+    work();
     console.output.flush();
     if (!console.output) throw std::runtime_error("could not write the output");
+    return listening.endWell() ? kDone : kEnded;
 }
 
 void addShow(CLI::App& app, Console& console, int& status) {
@@ -81,15 +87,15 @@ void addShow(CLI::App& app, Console& console, int& status) {
         ->type_name("XMIN,YMIN,XMAX,YMAX");
     addKind(*command, *kind);
     command->callback([=, &console, &status] {
-        const Description description =
-            within->empty() ? describe(*path, *kind) : describeWithin(*path, *kind, *within);
-        if (*asJson) {
-            console.output << description.dump() << '\n';
-        } else {
-            print(description, console.output);
-        }
-        finishOutput(console);
-        status = kDone;
+        status = reading(console, [&] {
+            const Description description =
+                within->empty() ? describe(*path, *kind) : describeWithin(*path, *kind, *within);
+            if (*asJson) {
+                console.output << description.dump() << '\n';
+            } else {
+                print(description, console.output);
+            }
+        });
     });
 }
 
@@ -104,13 +110,11 @@ void addDump(CLI::App& app, Console& console, int& status) {
         ->check(CLI::IsMember(kClassNames).description(""));
     addKind(*command, options->kind);
     command->callback([=, &console, &status] {
-        dump(*path, *options, console.output);
-        finishOutput(console);
-        status = kDone;
+        status = reading(console, [&] { dump(*path, *options, console.output); });
     });
 }
 
-void addDraw(CLI::App& app, int& status) {
+void addDraw(CLI::App& app, Console& console, int& status) {
     auto* command = app.add_subcommand("draw", "Draw a picture of a dataset");
     auto path = std::make_shared<std::string>();
     auto picture = std::make_shared<std::string>();
@@ -119,9 +123,8 @@ void addDraw(CLI::App& app, int& status) {
     command->add_option("OUT", *picture, "The picture: a name that ends in .svg or .png")
         ->required();
     addKind(*command, *kind);
-    command->callback([=, &status] {
-        draw(*path, *kind, *picture);
-        status = kDone;
+    command->callback([=, &console, &status] {
+        status = reading(console, [&] { draw(*path, *kind, *picture); });
     });
 }
 
@@ -156,7 +159,7 @@ int run(const std::vector<std::string>& arguments, Console& console) {
     addImport(app, console, status);
     addShow(app, console, status);
     addDump(app, console, status);
-    addDraw(app, status);
+    addDraw(app, console, status);
     addPack(app, console, status, true);
     addPack(app, console, status, false);
     try {

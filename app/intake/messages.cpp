@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "host/qxbase.h"
+#include "host/qxfeat.h"
+#include "host/qxgridio.h"
 
 namespace program {
 
@@ -24,9 +26,7 @@ const Level& levelOf(int32_t level) {
 
 }  // namespace
 
-const char* levelName(int32_t level) {
-    return levelOf(level).name;
-}
+const char* levelName(int32_t level) { return levelOf(level).name; }
 
 void printMessage(Console& console, int32_t level, std::string_view text) {
     for (std::size_t start = 0; start <= text.size();) {
@@ -36,6 +36,30 @@ void printMessage(Console& console, int32_t level, std::string_view text) {
         start = end + 1;
     }
     console.errors.flush();
+}
+
+Listening::Listening(Console& console) : console_(console) {
+    mesink_(
+        [](int32_t level, const char* text, void* user) {
+            auto* listening = static_cast<Listening*>(user);
+            if (level >= QX_NONFATAL) listening->failed_ = true;
+            printMessage(listening->console_, level, text);
+        },
+        this);
+    baseinitC();
+    featinitC();
+}
+
+Listening::~Listening() {
+    endWell();
+    mesink_(nullptr, nullptr);
+}
+
+bool Listening::endWell() {
+    gridendC();
+    featendC();
+    baseendC();
+    return !failed_;
 }
 
 }  // namespace program

@@ -15,6 +15,23 @@ const char* levelName(int32_t level);
 // Prints a message to the errors, one line per line of text, each led by its level.
 void printMessage(Console& console, int32_t level, std::string_view text);
 
+// Every message of the companions goes to the console while this lives. Their services are at their
+// start when it begins, and closed when it ends.
+class Listening {
+  public:
+    explicit Listening(Console& console);
+    ~Listening();
+    Listening(const Listening&) = delete;
+    Listening& operator=(const Listening&) = delete;
+    // Closes the services, which may have a last thing to tell. Whether none of what was told so
+    // far is a failure.
+    bool endWell();
+
+  private:
+    Console& console_;
+    bool failed_ = false;
+};
+
 }  // namespace program
 
 #endif

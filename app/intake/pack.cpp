@@ -178,23 +178,6 @@ void takeAway(const std::string& output, int32_t volumes) {
     }
 }
 
-// Every message of the stream goes to the console while this lives.
-class Listening {
-  public:
-    explicit Listening(Console& console) {
-        baseinitC();
-        mesink_([](int32_t level, const char* text,
-                   void* user) { printMessage(*static_cast<Console*>(user), level, text); },
-                &console);
-    }
-    ~Listening() {
-        mesink_(nullptr, nullptr);
-        baseendC();
-    }
-    Listening(const Listening&) = delete;
-    Listening& operator=(const Listening&) = delete;
-};
-
 }  // namespace
 
 int pack(const PackOptions& options, Console& console) {

@@ -58,7 +58,11 @@ void arcrd_(const int32_t* handle, int32_t* number, QxArc* arc, double* vertices
     *status = kEnd;
     store::RecordReader* reader = findReader(handle);
     std::span<const std::byte> record;
-    if (!reader || !reader->next(record) || record.size() < kFixedBytes) return;
+    if (!reader || !reader->next(record)) return;
+    if (record.size() < kFixedBytes) {
+        reader->noteDamage();
+        return;
+    }
     store::WordReader words(record.data());
     words >> *number >> arc->userId >> arc->fromNode >> arc->toNode >> arc->leftPolygon >>
         arc->rightPolygon >> arc->vertexCount;
@@ -66,6 +70,7 @@ void arcrd_(const int32_t* handle, int32_t* number, QxArc* arc, double* vertices
     const std::size_t reals = realsOf(arc->vertexCount);
     if (arc->vertexCount < 0 ||
         record.size() != kFixedBytes + reals * static_cast<std::size_t>(realBytes)) {
+        reader->noteDamage();
         return;
     }
     if (arc->vertexCount > *capacity) {

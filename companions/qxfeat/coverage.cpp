@@ -53,9 +53,11 @@ std::unique_ptr<RecordWriter> createFeatures(std::string_view coverage, int32_t 
 
 std::unique_ptr<RecordReader> openFeatures(std::string_view coverage, int32_t code,
                                            std::string_view subclass) {
-    auto reader = RecordReader::open(store::memberPath(coverage, code, subclass));
-    if (reader && reader->header().code != code) return nullptr;
-    return reader;
+    const std::string path = store::memberPath(coverage, code, subclass);
+    auto reader = RecordReader::open(path);
+    if (reader && reader->header().code == code) return reader;
+    if (store::exists(path)) store::rememberDamage(path);
+    return nullptr;
 }
 
 }  // namespace qxfeat

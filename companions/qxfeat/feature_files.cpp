@@ -59,7 +59,11 @@ void goToRecord(const int32_t* handle, const int32_t* record, int32_t* status) {
 
 const std::byte* nextRecord(store::RecordReader* reader, std::size_t bytes, int32_t* number) {
     std::span<const std::byte> record;
-    if (!reader || !reader->next(record) || record.size() != bytes) return nullptr;
+    if (!reader || !reader->next(record)) return nullptr;
+    if (record.size() != bytes) {
+        reader->noteDamage();
+        return nullptr;
+    }
     *number = static_cast<int32_t>(reader->number());
     return record.data();
 }

@@ -15,6 +15,7 @@ struct Failure {
 };
 
 Failure failure;
+std::string damaged;
 
 }  // namespace
 
@@ -28,9 +29,25 @@ void rememberFailure(const std::string& path, int error) noexcept {
     }
 }
 
-void forgetFailures() { failure = {}; }
+void rememberDamage(const std::string& path) noexcept {
+    try {
+        if (damaged.empty()) damaged = path;
+    } catch (...) {
+        damaged.clear();
+    }
+}
+
+void forgetFailures() {
+    failure = {};
+    damaged.clear();
+}
 
 void tellFailures() {
+    if (!damaged.empty()) {
+        qx::call(meschr_, std::string_view(damaged), 0);
+        damaged.clear();
+        qx::call(nonftl_, "%1% is damaged and cannot be read to its end", -1);
+    }
     if (failure.error == 0) return;
     const std::string reason = std::generic_category().message(failure.error);
     qx::call(meschr_, std::string_view(failure.path), 0);

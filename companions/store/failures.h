@@ -1,5 +1,6 @@
-// The first write of an import that failed. Routines go on after a failed write, so that what can
-// be kept is kept; this is how the failure is told all the same.
+// The first write of an import that failed, and the first stored file that was found damaged.
+// Routines go on after either, so that what can be kept or read is; this is how it is told all the
+// same.
 #ifndef COMPANIONS_STORE_FAILURES_H
 #define COMPANIONS_STORE_FAILURES_H
 
@@ -9,8 +10,10 @@ namespace store {
 
 // Keeps the first failure since the last forgetFailures: the file, and errno.
 void rememberFailure(const std::string& path, int error) noexcept;
+// Keeps the first file since then that holds less than it claims.
+void rememberDamage(const std::string& path) noexcept;
 void forgetFailures();
-// Gives the failure as a message that does not end anything, and forgets it.
+// Gives both as messages that do not end anything, and forgets them.
 void tellFailures();
 
 }  // namespace store

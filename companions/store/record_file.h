@@ -90,6 +90,9 @@ class RecordReader {
     // The next record, good until the next call; false at the end. What a damaged or cut file
     // claims beyond its end is not there.
     bool next(std::span<const std::byte>& record);
+    // Remembers that the file is damaged (see failures.h). A file that ends before its count does
+    // is found out here; what a record must hold only its reader knows.
+    void noteDamage() const;
     // Makes the record of a number from 1 the next one; false if there is none.
     bool seek(int64_t number);
     // Number of the record that next gave last, 0 before the first.
@@ -100,6 +103,7 @@ class RecordReader {
     // Bytes from the position on, at least the wanted number; empty if the file has fewer.
     std::span<const std::byte> window(int64_t position, std::size_t bytes);
     void findRecords();
+    bool readNext(std::span<const std::byte>& record);
 
     File file_;
     RecordHeader header_;

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "companions/store/failures.h"
 #include "companions/store/record_file.h"
 #include "companions/store/words.h"
 
@@ -43,8 +44,17 @@ std::span<const std::byte> RecordReader::window(int64_t position, std::size_t by
     return {buffer_.data() + (position - bufferStart_), bytes};
 }
 
+void RecordReader::noteDamage() const { rememberDamage(file_.path()); }
+
 bool RecordReader::next(std::span<const std::byte>& record) {
     if (header_.count >= 0 && number_ >= header_.count) return false;
+    if (readNext(record)) return true;
+    // Without a count the file was cut off while it was written, and ends where it ends.
+    if (header_.count >= 0 && !counted_) noteDamage();
+    return false;
+}
+
+bool RecordReader::readNext(std::span<const std::byte>& record) {
     std::size_t bytes = static_cast<std::size_t>(header_.recordBytes);
     int64_t place = position_;
     if (bytes == 0) {
@@ -68,6 +78,7 @@ int64_t RecordReader::count() {
         // A count that the file cannot hold is not believed.
         const int64_t least = header_.recordBytes != 0 ? header_.recordBytes : 4;
         const int64_t room = (size_ - static_cast<int64_t>(RecordHeader::kBytes)) / least;
+        if (header_.count > room) noteDamage();
         header_.count = std::min(header_.count, std::max<int64_t>(room, 0));
         return header_.count;
     }

@@ -1,5 +1,6 @@
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 
@@ -122,6 +123,34 @@ TEST_F(CommandLine, WhatIsNoDatasetEndsShowAndDump) {
             EXPECT_TRUE(outcome.errors.starts_with("intake: ") && outcome.errors.ends_with('\n'));
             EXPECT_EQ(std::count(outcome.errors.begin(), outcome.errors.end(), '\n'), 1);
         }
+    }
+}
+
+TEST_F(CommandLine, ADamagedFileIsToldBehindWhatCanBeRead) {
+    ASSERT_EQ(run({"import", INTAKE_SOURCE_DIR "/samples/wcr.e00", "@DS"}).status, 0);
+    const std::string arcs = fileBytes(path("DS/arc"));
+    const std::string labels = fileBytes(path("DS/lab"));
+    struct Case {
+        const char* file;
+        const char* className;
+        std::string bytes;
+        int64_t left;  // records that can be read
+    };
+    const Case cases[] = {
+        {"arc", "arc", arcs.substr(0, arcs.size() - 1), 295},
+        {"arc", "arc", arcs.substr(0, 100), 0},
+        {"arc", "arc", std::string(arcs).replace(128 + 4 + 24, 1, "\x7f"), 0},
+        {"lab", "label", labels.substr(0, labels.size() - 1), 133},
+    };
+    for (const Case& each : cases) {
+        writeFile(path("DS/arc"), arcs);
+        writeFile(path("DS/lab"), labels);
+        writeFile(path("DS/") + each.file, each.bytes);
+        const Outcome outcome = run({"dump", "@DS", "--class", each.className});
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_EQ(std::count(outcome.output.begin(), outcome.output.end(), '\n'), each.left);
+        EXPECT_EQ(outcome.errors, "error: " + path("DS/") + each.file +
+                                      " is damaged and cannot be read to its end\n");
     }
 }
 

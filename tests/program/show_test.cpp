@@ -65,6 +65,8 @@ TEST_F(Show, AStackTellsItsGrids) {
     ASSERT_EQ(stack["grids"].size(), 3U);
     EXPECT_EQ(stack["grids"][1]["name"], "JKB");
     EXPECT_EQ(stack["grids"][1]["rows"], 40);
+    EXPECT_EQ(stack["grids"][1]["tables"][0]["recordCount"], 349);
+    EXPECT_EQ(stack["tables"][0]["items"].size(), 2U);
 }
 
 }  // namespace
