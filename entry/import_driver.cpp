@@ -73,11 +73,7 @@ bool settleKind(int32_t kind, const SectionRow& row) {
 void runRoutine(const SectionRow& row) {
     const int64_t start = reader.logicalLines;
     tellProgress(QX_SECTION_BEGINS, row.code, 0);
-    if (row.run) {
-        row.run(import);
-    } else {
-        warn("Section %1% is not imported by this version and is passed over.", row.code);
-    }
+    row.run(import);
     tellProgress(QX_SECTION_ENDS, row.code, reader.logicalLines - start);
 }
 

@@ -17,8 +17,8 @@ struct SectionRow {
     std::string_view code;  // without its blank
     Kind kind;              // of a file that begins with this section
     After after;
-    // Runs the section's routine; its answer lands in IMPSTS. Null for a section that is passed
-    // over with a warning. The driver has more to do at ENV, STK, IFO, IMD and EOS.
+    // Runs the section's routine; its answer lands in IMPSTS. Null for EOS, which has none. The
+    // driver has more to do at ENV, STK, IFO and IMD.
     void (*run)(ImportState& import);
 };
 

@@ -55,7 +55,7 @@ void describePlot(const json& head, Description& description) {
         return;
     }
     for (Description& element : description["elements"]) {
-        if (element["file"] != head["element"]) continue;
+        if (element["file"].get<std::string>() != head["element"].get<std::string>()) continue;
         take(head, element, {"title", "bounds"});
     }
 }
