@@ -9,6 +9,7 @@ int main(int argc, char** argv) {
         bench::registerImports();
         bench::registerTin();
         bench::registerGridMemory();
+        bench::registerIndex();
     } catch (const std::exception& exception) {
         std::fprintf(stderr, "%s\n", exception.what());
         return 1;

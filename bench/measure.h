@@ -87,6 +87,7 @@ void registerLines();
 void registerImports();
 void registerTin();
 void registerGridMemory();
+void registerIndex();
 
 }  // namespace bench
 

@@ -15,9 +15,7 @@ constexpr std::array<std::string_view, 5> kKeys = {"*  POINTS", "*    ARCS", "*P
 
 IndexRequests indexRequests;
 
-void IMPCLR() {
-    indexRequests = {};
-}
+void IMPCLR() { indexRequests = {}; }
 
 void IMPSIN(const Name&, Status& status) {
     Line line;

@@ -25,7 +25,8 @@ extern "C" {
 #if defined(__GNUC__)
 __attribute__((visibility("default")))
 #endif
-int32_t ImportFile(const char* interchangePath, const char* datasetName, int32_t quiet);
+int32_t
+ImportFile(const char* interchangePath, const char* datasetName, int32_t quiet);
 
 #if defined(__cplusplus)
 }

@@ -94,8 +94,6 @@ void GRDCLS() {
     GRDSTA = {};
 }
 
-void rearmRaster() {
-    GRDCLS();
-}
+void rearmRaster() { GRDCLS(); }
 
 }  // namespace intake

@@ -18,9 +18,7 @@ constexpr int32_t kCellsInLine = 4;
 constexpr float kFileNoData = std::bit_cast<float>(0xD6B5E179U);
 
 // In single precision throughout; a difference that is not a number is no sign of no data.
-bool isNoData(float cell) {
-    return std::fabs(cell - kFileNoData) < 10000000.0F;
-}
+bool isNoData(float cell) { return std::fabs(cell - kFileNoData) < 10000000.0F; }
 
 // The first cells of a line; what stands behind them is not looked at.
 void readCells(const Line& line, int32_t count, std::array<float, kCellsInLine>& cells) {

@@ -27,13 +27,9 @@ void turn(TINENV& environment) {
 
 }  // namespace
 
-void environmentToFile(TINENV& environment) {
-    turn<swi4nb_, swr4nb_, swd8nb_>(environment);
-}
+void environmentToFile(TINENV& environment) { turn<swi4nb_, swr4nb_, swd8nb_>(environment); }
 
-void environmentFromFile(TINENV& environment) {
-    turn<swi4bn_, swr4bn_, swd8bn_>(environment);
-}
+void environmentFromFile(TINENV& environment) { turn<swi4bn_, swr4bn_, swd8bn_>(environment); }
 
 float realVersion(int32_t version) {
     return static_cast<float>(0.01 * (version % 100) + 0.1 * (version / 100 % 100) +

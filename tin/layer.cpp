@@ -38,9 +38,7 @@ bool hasMember(const Name& surface, int32_t code) {
 
 }  // namespace
 
-float noDataZ() {
-    return layer.noData;
-}
+float noDataZ() { return layer.noData; }
 
 void TININI() {
     call(fltndt_, layer.noData);

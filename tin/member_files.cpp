@@ -62,8 +62,6 @@ void tifput(const Handle& channel, int32_t count, void* buffer, Words kind) {
     turnBack(buffer, count, kind);
 }
 
-void tifcls(const Handle& channel) {
-    call(mclose_, channel);
-}
+void tifcls(const Handle& channel) { call(mclose_, channel); }
 
 }  // namespace intake

@@ -56,9 +56,7 @@ int32_t enterTin(Tin* tin) {
     return slot;
 }
 
-Tin* currentTin() {
-    return table.current != 0 ? table.slots[table.current] : nullptr;
-}
+Tin* currentTin() { return table.current != 0 ? table.slots[table.current] : nullptr; }
 
 void EndTin(int32_t handle) {
     if (handle == 0) {

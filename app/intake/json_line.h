@@ -27,8 +27,8 @@ class JsonOutput {
 };
 
 // Reals are printed in the shortest form that reads back to the same bits, with a point or an
-// exponent; NaN and infinite values as the texts "NaN", "Infinity", "-Infinity". A float is widened.
-// Texts lose their trailing blanks; one that is not UTF-8 is taken as Latin-1.
+// exponent; NaN and infinite values as the texts "NaN", "Infinity", "-Infinity". A float is
+// widened. Texts lose their trailing blanks; one that is not UTF-8 is taken as Latin-1.
 class JsonLine {
   public:
     // Begins {"class":name.

@@ -39,17 +39,15 @@ void getTable(store::WordReader& words, int16_t (&table)[kLines]) {
     for (int16_t& number : table) words >> number;
 }
 
-std::size_t coordinatesOf(int32_t pointCount) {
-    return static_cast<std::size_t>(pointCount) * 2;
-}
+std::size_t coordinatesOf(int32_t pointCount) { return static_cast<std::size_t>(pointCount) * 2; }
 
 }  // namespace
 
 void anncre_(int32_t* handle, const char* coverage, const char* subclass, const int32_t*,
              const int32_t*, int32_t* status, int32_t coverageLength, int32_t subclassLength) {
     enterWriter(handle, status,
-                createFeatures(qx::textArgument(coverage, coverageLength), kAnnotationCode, kAnyShape,
-                               qx::textArgument(subclass, subclassLength)));
+                createFeatures(qx::textArgument(coverage, coverageLength), kAnnotationCode,
+                               kAnyShape, qx::textArgument(subclass, subclassLength)));
 }
 
 void annwt_(const int32_t* handle, int32_t* number, const void* record) {
@@ -80,9 +78,7 @@ void annwt_(const int32_t* handle, int32_t* number, const void* record) {
     *number = static_cast<int32_t>(file->writer->count());
 }
 
-void anncls_(const int32_t* handle) {
-    featureFiles().close(*handle);
-}
+void anncls_(const int32_t* handle) { featureFiles().close(*handle); }
 
 void annopn_(int32_t* handle, const char* coverage, const char* subclass, int32_t* status,
              int32_t coverageLength, int32_t subclassLength) {
@@ -91,9 +87,7 @@ void annopn_(int32_t* handle, const char* coverage, const char* subclass, int32_
                              qx::textArgument(subclass, subclassLength)));
 }
 
-void annrec_(const int32_t* handle, int32_t* count) {
-    countRecords(handle, count);
-}
+void annrec_(const int32_t* handle, int32_t* count) { countRecords(handle, count); }
 
 void annpos_(const int32_t* handle, const int32_t* number, int32_t* status) {
     goToRecord(handle, number, status);

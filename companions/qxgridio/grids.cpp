@@ -118,9 +118,7 @@ void* CAllocate1(int32_t count, int32_t elementBytes) {
     return std::calloc(static_cast<std::size_t>(count), static_cast<std::size_t>(elementBytes));
 }
 
-void CFree1(void* memory) {
-    std::free(memory);
-}
+void CFree1(void* memory) { std::free(memory); }
 
 void grdexi_(const char* path, int32_t* isGrid, int32_t pathLength) {
     const std::string file = rasterPath(qx::textArgument(path, pathLength), QX_GRID);

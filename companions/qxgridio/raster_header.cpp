@@ -14,9 +14,7 @@ namespace {
 constexpr char kMagic[9] = "QXRASTER";
 constexpr int32_t kVersion = 1;
 
-bool sideFits(int32_t cells) {
-    return cells <= QX_MAXIMUM_SIDE;
-}
+bool sideFits(int32_t cells) { return cells <= QX_MAXIMUM_SIDE; }
 
 }  // namespace
 
@@ -63,9 +61,5 @@ std::string rasterPath(std::string_view dataset, int32_t kind) {
 
 const float MISSINGFLOAT = std::numeric_limits<float>::lowest();
 
-void fltndt_(float* noData) {
-    *noData = MISSINGFLOAT;
-}
-void latndf_(float* noData) {
-    *noData = MISSINGFLOAT;
-}
+void fltndt_(float* noData) { *noData = MISSINGFLOAT; }
+void latndf_(float* noData) { *noData = MISSINGFLOAT; }

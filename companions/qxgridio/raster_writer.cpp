@@ -49,9 +49,7 @@ void RasterWriter::gatherRange(std::span<const int32_t> words) {
     setRange(lowest, highest);
 }
 
-void RasterWriter::writeHeader() {
-    appender_.file().writeAt(0, header_.bytes());
-}
+void RasterWriter::writeHeader() { appender_.file().writeAt(0, header_.bytes()); }
 
 void RasterWriter::flush() {
     appender_.flush();

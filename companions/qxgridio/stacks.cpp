@@ -62,9 +62,7 @@ void stkadd_(const int32_t* handle, const char* member, int32_t* status, int32_t
     *status = writer->failed() ? kFailed : 0;
 }
 
-void stkcls_(const int32_t* handle) {
-    openStacks().close(*handle);
-}
+void stkcls_(const int32_t* handle) { openStacks().close(*handle); }
 
 void saknly_(const char* stack, int32_t* count, int32_t* status, int32_t stackLength) {
     const auto reader = openList(stack, stackLength);

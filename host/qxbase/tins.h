@@ -1,7 +1,7 @@
 /* Reading back a surface (TIN): its environment, and its members in blocks. The engine that creates
- * and opens surfaces belongs to the importer and refuses one that is not whole; a program that looks
- * at a dataset goes this way, over the same member channels. It works on what is there: a member
- * that is missing or was cut off holds as many records as it has. */
+ * and opens surfaces belongs to the importer and refuses one that is not whole; a program that
+ * looks at a dataset goes this way, over the same member channels. It works on what is there: a
+ * member that is missing or was cut off holds as many records as it has. */
 #ifndef HOST_QXBASE_TINS_H
 #define HOST_QXBASE_TINS_H
 
