@@ -53,7 +53,7 @@ void IM1INF(const Name& dataset, const int32_t&, const int32_t& INFKND, Status& 
             return;
         }
         readItems(table, dataset, target, 0);
-        table.checkCounts();
+        table.checkItemCount();
         if (table.header.isExternal() && INFKND != kTableAlone) makeExternal(table, dataset);
         readOlderRecords(table);
         buildIndexes(table);

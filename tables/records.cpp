@@ -51,14 +51,14 @@ void tellUnableToEncode(const Table& table, int32_t item, int32_t record) {
 
 void readRecords(Table& table) {
     const int64_t lines = (table.textLength + Line::kLength - 1) / int64_t{Line::kLength};
+    table.checkRecordCount(lines > 0);
     std::vector<std::byte> record(table.recordBytes());
     const auto recordLength = static_cast<int32_t>(record.size());
     RecordText text;
-    Walk walk;
     for (int32_t number = 1; number <= table.header.records; ++number) {
         text.readLines(lines);
         std::fill(record.begin(), record.end(), std::byte{0});
-        walk.position = 1;
+        Walk walk;
         for (int32_t place = 1; place <= table.header.storedItems; ++place) {
             QxItemDescriptor& item = table.ITMTAB[static_cast<std::size_t>(place) - 1];
             // Dates and integers that are text are text to the encoder, from here on.

@@ -85,12 +85,15 @@ std::size_t Table::recordBytes() const {
     return static_cast<std::size_t>(bytes + bytes % 2);
 }
 
-void Table::checkCounts() const {
+void Table::checkItemCount() const {
     if (header.storedItems < 0 || static_cast<std::size_t>(header.storedItems) > ITMTAB.size()) {
         fatal(std::string("Invalid item count ").append(routine));
     }
-    const bool withoutText = header.storedItems == 0 || textLength == 0;
-    if (header.records < 0 || (withoutText && header.records > kHighestCountWithoutText)) {
+}
+
+void Table::checkRecordCount(bool linesHaveText) const {
+    const bool hasText = linesHaveText && header.storedItems > 0;
+    if (header.records < 0 || (!hasText && header.records > kHighestCountWithoutText)) {
         fatal(std::string("Invalid record count ").append(routine));
     }
 }

@@ -42,8 +42,11 @@ struct Table {
 
     // Bytes that a record's items need, or the header's length if that is more.
     std::size_t recordBytes() const;
-    // Ends the import for counts that cannot be.
-    void checkCounts() const;
+    // Ends the import where more items are stored than defined.
+    void checkItemCount() const;
+    // Ends the import for a count below 0, and for records that need no text in numbers that no
+    // file would justify.
+    void checkRecordCount(bool linesHaveText) const;
 };
 
 // The shape that items of statistics take in a mode.

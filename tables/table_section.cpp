@@ -106,7 +106,7 @@ void IMPINF(const Name& dataset, const int32_t& HDRPRC, const int32_t& SECPRC,
             return;
         }
         readItems(table, dataset, target, gridMode);
-        table.checkCounts();
+        table.checkItemCount();
         if (table.header.isExternal() && INFKND == kTablesOfCoverage) {
             makeExternal(table, dataset, SECPRC);
         }

@@ -266,6 +266,13 @@ TEST_F(Tables, TellWhatCannotBeEncodedAndGoOn) {
     ASSERT_EQ(found.size(), 1U);
     EXPECT_EQ(found[0]["SHORT"], 0);
     EXPECT_EQ(found[0]["NAME"], "ab");
+    // Each record begins afresh: an odd item at its front takes nothing of it.
+    const auto front =
+        values(kCurrent + table("SRC.DAT", 2, 2, {{"ODD", 4, 1, 7}, {"NAME", 2, 5, 2}}) +
+                   "ab\ncd\n" + kEnd,
+               "FRONT");
+    ASSERT_EQ(front.size(), 2U);
+    EXPECT_EQ(front[1]["NAME"], "cd");
 
     const std::pair<int32_t, const char*> ordinals[] = {{1, "1st"},
                                                         {22, "22nd"},
@@ -296,7 +303,9 @@ TEST_F(Tables, FailuresEndTheImport) {
         {kOlder + table("S.A", 2, 1, item), "Invalid item count (IM1INF)"},
         {kCurrent + table("S.A", 1, -1, item), "Invalid record count (IMPINF)"},
         {kCurrent + table("S.A", 0, 1000001, {}), "Invalid record count (IMPINF)"},
-        {kOlder + table("S.A", 0, 1000001, {}), "Invalid record count (IM1INF)"},
+        {kOlder + table("S.A", 0, 1000001, {}) + "   0\n", "Invalid record count (IM1INF)"},
+        {kOlder + table("S.A", 1, 1000001, {{"A", 0, 1, 2}}) + " -79\n",
+         "Invalid record count (IM1INF)"},
         {kOlder + table("S.STK", 1, 1, item, "XX"), "Illegal coverage filename (IM1INF)"},
         {kOlder + table("NOPOINT", 1, 1, item, "XX"), "Illegal coverage filename (IM1INF)"},
         {kOlder + table("S.A", 1, 1, {{"A", 4, 1, 7}}) + "  10\n" + one,
@@ -439,21 +448,27 @@ TEST_F(Tables, WhoseFileCannotBeMadeEndTheImport) {
 
 // A disk that is full, as a limit on the size of files makes it.
 TEST_F(Tables, ThatCannotBeWrittenEndTheImport) {
-    std::string text = kCurrent + table("S.PAT", 1, 9000, {{"A", 60, 1, 2}}, "XX");
-    for (int record = 0; record < 9000; ++record) text += "a\n";
-    given(text + kEnd);
-    if (fork() == 0) {
-        signal(SIGXFSZ, SIG_IGN);
-        const rlimit limit{65536, 65536};
-        setrlimit(RLIMIT_FSIZE, &limit);
-        const bool ended = import() == 0 && !complaints().empty() &&
-                           complaints()[0] == "Could not write DF record (IMPINF)";
-        _exit(ended ? 0 : 1);
+    const std::vector<Item> item = {{"A", 60, 1, 2}};
+    for (const bool older : {false, true}) {
+        std::string text = (older ? kOlder : kCurrent) + table("S.PAT", 1, 9000, item, "XX");
+        if (older) text += "  60\n";
+        for (int record = 0; record < 9000; ++record) text += "a\n";
+        given(text + (older ? kOlderEnd : kEnd));
+        const std::string dataset = older ? "OLDER" : "DS";
+        const std::string routine = older ? "(IM1INF)" : "(IMPINF)";
+        if (fork() == 0) {
+            signal(SIGXFSZ, SIG_IGN);
+            const rlimit limit{65536, 65536};
+            setrlimit(RLIMIT_FSIZE, &limit);
+            const bool ended = import(dataset) == 0 && !complaints().empty() &&
+                               complaints()[0] == "Could not write DF record " + routine;
+            _exit(ended ? 0 : 1);
+        }
+        int status = 0;
+        ASSERT_GT(wait(&status), 0);
+        EXPECT_EQ(status, 0);
+        EXPECT_GT(records("record", dataset).size(), 0U);
     }
-    int status = 0;
-    ASSERT_GT(wait(&status), 0);
-    EXPECT_EQ(status, 0);
-    EXPECT_GT(records("record").size(), 0U);
 }
 
 // Eight imports at the same time lose none of each other's tables.
