@@ -69,6 +69,7 @@ void IMPTXT(const Name& dataset, const int32_t& precision, Status& status) {
     }
     AnnotationRecord record;
     Line line;
+    bool pointsCutReported = false;
     for (;;) {
         record.front() = {};
         AnnoRecord& anno = record.front();
@@ -87,7 +88,12 @@ void IMPTXT(const Name& dataset, const int32_t& precision, Status& status) {
         IMPLIN(line);
         read<"1P,E14.7">(line, anno.symbolSize);
         readText(anno);
-        anno.pointCount = static_cast<int32_t>(std::min(int64_t{anno.pointCount} + 1, kMostPoints));
+        const int64_t points = int64_t{anno.pointCount} + 1;
+        if (points > kMostPoints && !pointsCutReported) {
+            warn("Annotation: only 500 points are kept");
+            pointsCutReported = true;
+        }
+        anno.pointCount = static_cast<int32_t>(std::min(points, kMostPoints));
         anno.lineTableB[0] = 1;
         placePoints(reals, anno.pointCount, record);
         writeAnnotation(set, record);

@@ -33,6 +33,8 @@ void IMPCLR();
 // Builds the indexes that were asked for from what the coverage holds, with a warning for each that
 // cannot be built.
 void IMPSPX(const Name& dataset, Status& status);
+// Builds what IMPSPX has put off.
+void finishIndexes(const Name& dataset);
 
 // The log and the projection of any kind of dataset; with skip their lines are dropped. The status
 // is that of creating the file.

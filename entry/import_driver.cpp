@@ -146,6 +146,7 @@ bool runSections(int32_t kind) {
 }
 
 void finish() {
+    finishIndexes(import.DSNAME);
     if (import.INSTCK) {
         // Its status replaces that of the last section. Stays.
         dropScratchList(import, import.IMPSTS);

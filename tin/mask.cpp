@@ -50,6 +50,7 @@ void IMTMSK(const Name& surface, Status& status) {
     int32_t bitCount = 0;
     int32_t lineCount = 0;
     read<"2I10">(line, bitCount, lineCount);
+    if (bitCount < 0 || lineCount < 0) fatal("Invalid mask count (IMTMSK)");
     for (int64_t number = 0; number < lineCount; ++number) {
         IMPLIN(line);
         readBits(line, number * kBitsOnLine, bitCount, bitmap);

@@ -54,7 +54,7 @@ struct TinOption {
 };
 
 // Opens a surface, in a mode other than kScratchMode with its member files. Null for a surface that
-// cannot be opened, which has then been reported and left nothing open. Freed with freeTin.
+// cannot be opened, which has then been reported and left nothing open. Freed with closeTin.
 Tin* TIN_OpenTin(const std::string& path, std::span<const TinOption> options);
 
 // Makes the surface's directory if it is not there. 0, or -2 for a failure that has been reported.

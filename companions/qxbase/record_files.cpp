@@ -127,6 +127,8 @@ void vgethd_(const int32_t* handle, void* words, const int32_t* capacity, int32_
 
 void vstat_(const int32_t* handle, int32_t* status) {
     const OpenFile* file = files.find(*handle);
+    // What waits in the buffer may fail too.
+    if (file && file->writer) file->writer->flush();
     const bool sound = file && !file->failed && !(file->writer && file->writer->failed());
     *status = sound ? 0 : kFailed;
 }

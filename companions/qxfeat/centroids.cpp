@@ -63,10 +63,13 @@ void cntrd_(const int32_t* handle, int32_t* number, QxCentroid* centroid, int32_
     if (!reader) return;
     const int32_t realBytes = reader->header().realBytes;
     const auto frontBytes = static_cast<std::size_t>(kFrontShape.bytes(realBytes));
-    if (!reader->next(record) || record.size() < frontBytes) return;
+    if (!reader->next(record)) return;
+    if (record.size() < frontBytes) return reader->noteDamage();
     double point[2];
     const auto count = store::get<int32_t>(getCoordinates(record.data(), point, realBytes));
-    if (count < 0 || record.size() != frontBytes + static_cast<std::size_t>(count) * 4) return;
+    if (count < 0 || record.size() != frontBytes + static_cast<std::size_t>(count) * 4) {
+        return reader->noteDamage();
+    }
     *number = static_cast<int32_t>(reader->number());
     *centroid = {point[0], point[1], count};
     if (count > *capacity) {

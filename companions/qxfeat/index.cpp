@@ -83,7 +83,8 @@ bool Index::readHeader() {
     } else {
         return false;
     }
-    return recordCount >= 0;
+    // Bounds the wrong way round would map rectangles backwards.
+    return recordCount >= 0 && extent[0] <= extent[2] && extent[1] <= extent[3];
 }
 
 bool Index::readNodes() {

@@ -118,7 +118,8 @@ void palrd_(const int32_t* handle, int32_t* number, QxPolygon* polygon, int32_t*
     file->unread = {};
     const int32_t realBytes = file->coordinateBytes();
     const auto fixedBytes = static_cast<std::size_t>(kBoxShape.bytes(realBytes));
-    if (!file->reader->next(record) || record.size() < fixedBytes) return;
+    if (!file->reader->next(record)) return;
+    if (record.size() < fixedBytes) return file->reader->noteDamage();
     double box[4];
     const std::byte* place = getCoordinates(record.data(), box, realBytes);
     polygon->arcCount = store::get<int32_t>(place);
@@ -126,7 +127,7 @@ void palrd_(const int32_t* handle, int32_t* number, QxPolygon* polygon, int32_t*
     if (file->reader->header().recordBytes == 0) {
         const auto arcBytes = record.subspan(fixedBytes);
         const auto count = static_cast<std::size_t>(std::max(polygon->arcCount, 0));
-        if (arcBytes.size() != count * kTripletBytes) return;
+        if (arcBytes.size() != count * kTripletBytes) return file->reader->noteDamage();
         file->unread = arcBytes;
     }
     *number = static_cast<int32_t>(file->reader->number());

@@ -1,6 +1,7 @@
 // The second pass over the boxes: the tree is pruned, the entries are sorted by their place in the
 // file and written.
 #include <array>
+#include <exception>
 #include <memory>
 #include <string>
 
@@ -22,6 +23,7 @@ struct BlockOutput {
     int32_t nextRecord = 2;  // behind the node table
     int32_t entries = 0;
     int64_t written = 0;
+    std::exception_ptr thrown;  // by a callback, behind whose caller it goes on
     std::array<int32_t, 2 * kBlockEntries> words{};
 };
 BlockOutput output;
@@ -39,9 +41,14 @@ void flushBlock() {
 }
 
 // Gives the sort an entry, its node replaced by the node's first block.
-int32_t SPXGET(int32_t* record) {
+int32_t SPXGET(int32_t* record) noexcept {
     Status status = kSuccess;
-    call(BreadC, indexBuild.scratch, kEntryWords, record, status);
+    try {
+        call(BreadC, indexBuild.scratch, kEntryWords, record, status);
+    } catch (...) {
+        output.thrown = std::current_exception();
+        return kReported;
+    }
     if (status == kSuccess) record[0] = indexBuild.counts[static_cast<std::size_t>(record[0])];
     return status;
 }
@@ -51,7 +58,7 @@ int32_t SPXCMP(const int32_t* first, const int32_t* second) {
 }
 
 // Takes the entries in the order of their blocks; block 0 ends them.
-void SPXPUT(const int32_t* record) {
+void putEntry(const int32_t* record) {
     if (record[0] != output.block) {
         flushBlock();
         output.block = record[0];
@@ -63,12 +70,21 @@ void SPXPUT(const int32_t* record) {
     if (output.entries == kBlockEntries) flushBlock();
 }
 
+void SPXPUT(const int32_t* record) noexcept {
+    try {
+        if (!output.thrown) putEntry(record);
+    } catch (...) {
+        output.thrown = std::current_exception();
+    }
+}
+
 void SPXSRT(Status& status) {
     const auto area = std::make_unique<int32_t[]>(kSortArea);
     QxSortCounters counters{};
     call(srtfilC, kEntryWords, kSortCapacity, area.get(), SPXGET, SPXCMP, SPXPUT, counters);
     const ScratchEntry end;
     SPXPUT(&end.place);
+    if (output.thrown) std::rethrow_exception(output.thrown);
     // An entry that the scratch file could not keep is missed here.
     const bool whole = counters.status == 0 && output.written == indexBuild.added;
     status = whole ? kSuccess : kReported;

@@ -8,6 +8,7 @@
 #include "coverage/spatial_index/build_state.h"
 #include "coverage/spatial_index/builders.h"
 #include "host/qxfeat.h"
+#include "stream/reader_state.h"
 #include "stream/report.h"
 
 namespace intake {
@@ -66,13 +67,34 @@ void SPXBLD(const Name& coverage, int32_t kind, Status& status) {
 
 }  // namespace
 
-void IMPSPX(const Name& dataset, Status& status) {
-    if (!indexRequests.any) return;
+namespace {
+
+void buildRequested(const Name& dataset, Status& status) {
+    ++indexRequests.builds;
+    indexRequests.linesBuilt = reader.logicalLines;
+    indexRequests.waiting = false;
     for (std::size_t index = 0; index < kKinds.size(); ++index) {
         if (!indexRequests.kinds[index]) continue;
         SPXBLD(dataset, static_cast<int32_t>(index) + 1, status);
         if (status != kSuccess) warn(kKinds[index].requestText);
     }
+}
+
+}  // namespace
+
+void IMPSPX(const Name& dataset, Status& status) {
+    if (!indexRequests.any) return;
+    // A file of thousands of empty table sections would have everything indexed for each of them.
+    // Behind the first few the next build waits until the file is twice as long, or ends.
+    constexpr int64_t kFewBuilds = 16;
+    indexRequests.waiting =
+        indexRequests.builds >= kFewBuilds && reader.logicalLines < 2 * indexRequests.linesBuilt;
+    if (!indexRequests.waiting) buildRequested(dataset, status);
+}
+
+void finishIndexes(const Name& dataset) {
+    Status status = kSuccess;
+    if (indexRequests.waiting) buildRequested(dataset, status);
 }
 
 void rearmCoverage() { releaseBuild(); }

@@ -89,8 +89,9 @@ TEST_F(Annotation, OfTheOldestFormGetsItsAnchorFromItsSecondPoint) {
     // A count alone makes no points.
     EXPECT_EQ(found[2]["pointCount"], 500);
     EXPECT_EQ(found[3]["pointCount"], 0);
-    EXPECT_EQ(complaints(), std::vector<std::string>{"Annotation subclass: , only 5 leader points "
-                                                     "and 320 characters are kept"});
+    EXPECT_EQ(complaints(), (std::vector<std::string>{"Annotation subclass: , only 5 leader points "
+                                                      "and 320 characters are kept",
+                                                      "Annotation: only 500 points are kept"}));
 }
 
 TEST_F(Annotation, WithoutAFirstPointTakesTheSecond) {

@@ -204,7 +204,6 @@ TEST_F(Tins, MasksHold77BitsToALine) {
         {78, {full, "1111"}, full + "1"},
         {160, {"1 2910", full}, "100010" + std::string(71, '0') + full},
         {3, {"101x"}, "101"},
-        {-5, {full}, ""},
     };
     for (const Case& each : cases) {
         std::string lines = environment(0, 0, 0) + "TMK  2\n" +
@@ -253,6 +252,10 @@ TEST_F(Tins, FailuresAreToldAndKeepWhatCameBefore) {
          environment(0, 0, 0) + "TMK  2\n" + integers({0, 0}) + kEnd + "EOS\n",
          0,
          {"Unable to write MSK structure (IMTMSK)."}},
+        {"",
+         environment(0, 0, 0) + "TMK  2\n" + integers({-5, 1}) + kEnd + "EOS\n",
+         0,
+         {"Invalid mask count (IMTMSK)"}},
         // The lines of a section without its file are passed over.
         {"DS/nxy", environment(1, 0, 1) + nodes + "HUL  2\n         7\n" + kEnd + "EOS\n", 1, {}},
         {"",
