@@ -6,7 +6,7 @@ packages_for() {
         tests) echo pkg-config python3 ;;
         fuzz) echo clang libclang-rt-14-dev llvm ;;
         coverage) echo gcovr ;;
-        format) echo clang-format ;;
+        format) echo clang-format git ;;
         tidy) echo clang-tidy ;;
     esac
 }
