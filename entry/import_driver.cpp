@@ -83,6 +83,8 @@ enum class Step { kNext, kFinish };
 void restoreEnvironment(const SectionRow& row) {
     constexpr int32_t kOption = 1;
     Handle handle{};
+    // Another ENV takes the place of the one before, which nothing looks at any more.
+    if (import.TINOPN) TINEND();
     TININI();
     TINSCR(handle, kOption, import.IMPSTS);
     if (import.IMPSTS == kSuccess) runRoutine(row);

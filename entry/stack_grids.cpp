@@ -22,7 +22,7 @@ bool isPlainName(std::string_view name) {
 void openScratchList(ImportState& import) {
     if (import.STKUNT != 0) return;
     call(scrnam_, import.STKNAM);
-    call(acreat_, import.STKUNT, import.STKNAM, import.IMPSTS);
+    call(acrnew_, import.STKUNT, import.STKNAM, import.IMPSTS);
     if (import.IMPSTS != kSuccess) fatal("Unable to create %1%.", import.STKNAM);
 }
 

@@ -84,7 +84,8 @@ void IMPLAT(const Name& dataset, Status& status) {
     }
     call(latrng_, lattice, lowest, highest);
     std::vector<float> heights;
-    for (int32_t row = 0; row < rows; ++row) {
+    // Without columns a row has no lines.
+    for (int32_t row = 0; columns > 0 && row < rows; ++row) {
         readRow(columns, noData, heights);
         Status ignoredStatus = kSuccess;
         call(latwt_, lattice, ignoredStatus, heights, columns);

@@ -1,5 +1,3 @@
-#include <vector>
-
 #include "host/qxbase.h"
 #include "host/qxgridio.h"
 #include "raster/sections.h"
@@ -16,39 +14,44 @@ enum StackKind : int32_t { kOpensWithMembers = 1, kCloses = 2 };
 
 constexpr std::string_view kEndOfStack = "EOK";
 
-using Members = std::vector<Line>;
-
 // The names go to the scratch list, which is read from its first name on. A list that an earlier
 // section left there is gone.
-Members readMembers(int32_t count, const Handle& scratchList) {
-    Members members;
+void readMembers(int32_t count, const Handle& scratchList) {
     Status status = kSuccess;
     call(aempty_, scratchList, status);
+    Line name;
     for (int32_t member = 0; member < count; ++member) {
-        members.emplace_back();
-        IMPLIN(members.back());
-        call(awrite_, scratchList, members.back(), status);
+        IMPLIN(name);
+        call(awrite_, scratchList, name, status);
     }
     call(arewnd_, scratchList, status);
-    return members;
 }
 
 // The stack's own list, so that a reader of the stack needs no interchange file.
-void storeMembers(const Name& directory, const Members& members, Status& status) {
+void storeMembers(const Name& directory, const Handle& scratchList, Status& status) {
     Handle list{};
     call(stkcre_, list, directory, status);
     if (status != kSuccess) return;
-    for (const Line& member : members) call(stkadd_, list, member, status);
+    for (;;) {
+        Line name;
+        int32_t count = 0;
+        Status read = kSuccess;
+        call(aread_, scratchList, name, count, read);
+        if (read != kSuccess) break;
+        call(stkadd_, list, name, status);
+    }
     call(stkcls_, list);
+    Status rewound = kSuccess;
+    call(arewnd_, scratchList, rewound);
 }
 
-bool makeStack(const Name& dataset, const Members& members) {
+bool makeStack(const Name& dataset, const Handle& scratchList) {
     constexpr int32_t kOwnDirectory = 0;
     Name directory;
     Status status = kSuccess;
     call(aname_, dataset, directory, kOwnDirectory);
     call(dcreat_, directory, status);
-    if (status == kSuccess) storeMembers(directory, members, status);
+    if (status == kSuccess) storeMembers(directory, scratchList, status);
     if (status != kSuccess) {
         nonftl("Unable to create stack %1%.", dataset);
         return false;
@@ -71,8 +74,8 @@ void IMPSTK(const Name& dataset, const Handle& scratchList, bool& closed, Status
         closed = true;
     } else {
         closed = false;
-        const Members members = readMembers(kind == kOpensWithMembers ? count : 0, scratchList);
-        if (!makeStack(dataset, members)) return;
+        readMembers(kind == kOpensWithMembers ? count : 0, scratchList);
+        if (!makeStack(dataset, scratchList)) return;
     }
     IMPLIN(line);
     if (!(line == kEndOfStack)) {

@@ -14,6 +14,7 @@ namespace {
 
 // A table without any text would fill the disk by its record count alone.
 constexpr int32_t kHighestCountWithoutText = 1000000;
+constexpr std::size_t kMostBytesWithoutText = 16 << 20;
 
 // What an item adds to the length of a record's text. An unknown type adds as much as the widest
 // real, and a date eight columns whatever its width. Stays.
@@ -93,7 +94,11 @@ void Table::checkItemCount() const {
 
 void Table::checkRecordCount(bool linesHaveText) const {
     const bool hasText = linesHaveText && header.storedItems > 0;
-    if (header.records < 0 || (!hasText && header.records > kHighestCountWithoutText)) {
+    const bool tooMany =
+        header.records > kHighestCountWithoutText ||
+        (header.records > 0 &&
+         recordBytes() > kMostBytesWithoutText / static_cast<std::size_t>(header.records));
+    if (header.records < 0 || (!hasText && tooMany)) {
         fatal(std::string("Invalid record count ").append(routine));
     }
 }

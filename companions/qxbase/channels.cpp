@@ -30,6 +30,14 @@ void open(int32_t* channel, int32_t* status, TextChannel made) {
     *status = 0;
 }
 
+void create(int32_t* channel, std::string made, store::File::Creation creation, int32_t* status) {
+    store::File file = store::File::create(made, creation);
+    *status = kFailed;
+    if (!file.isOpen()) return;
+    open(channel, status,
+         {nullptr, std::make_unique<TextWriter>(std::move(file)), std::move(made)});
+}
+
 void write(const int32_t* channel, std::string_view text, bool endsLine, int32_t* status) {
     TextChannel* found = channels.find(*channel);
     *status = found && found->writer && found->writer->write(text, endsLine) ? 0 : kFailed;
@@ -76,14 +84,11 @@ void aopen_(int32_t* channel, const char* name, int32_t* status, int32_t nameLen
 }
 
 void acreat_(int32_t* channel, const char* name, int32_t* status, int32_t nameLength) {
-    std::string made = path(name, nameLength);
-    store::File file = store::File::create(made, store::File::Creation::kAnew);
-    if (!file.isOpen()) {
-        *status = kFailed;
-        return;
-    }
-    open(channel, status,
-         {nullptr, std::make_unique<TextWriter>(std::move(file)), std::move(made)});
+    create(channel, path(name, nameLength), store::File::Creation::kAnew, status);
+}
+
+void acrnew_(int32_t* channel, const char* name, int32_t* status, int32_t nameLength) {
+    create(channel, path(name, nameLength), store::File::Creation::kMustBeNew, status);
 }
 
 void aclose_(const int32_t* channel) { channels.close(*channel); }
@@ -128,9 +133,7 @@ void arewnd_(const int32_t* channel, int32_t* status) {
     TextChannel* found = channels.find(*channel);
     if (!found) return;
     if (found->writer) {
-        found->writer->flush();
-        store::File file = store::File::read(found->writer->path());
-        if (!file.isOpen()) return;
+        store::File file = found->writer->release();
         found->writer.reset();
         found->reader = std::make_unique<TextReader>(std::move(file));
     } else {

@@ -74,7 +74,7 @@ void dget_(char* directory, int32_t directoryLength) {
 void dpush_(const char* directory, int32_t* status, int32_t directoryLength) {
     std::string path = qxbase::located(textArgument(directory, directoryLength));
     *status = kFailed;
-    if (!store::isDirectory(path)) return;
+    if (!store::leadsToDirectory(path)) return;
     entered.push_back(std::move(path));
     *status = 0;
 }

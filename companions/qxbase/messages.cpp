@@ -32,14 +32,21 @@ std::vector<void (*)()> beforeUnwinding;
 std::string escaped(std::string_view text) {
     constexpr char kDigits[] = "0123456789ABCDEF";
     std::string result;
-    for (const char character : text) {
-        const auto code = static_cast<unsigned char>(character);
-        if (code < 32 || code == 127) {
+    const auto code = [&](std::size_t index) { return static_cast<unsigned char>(text[index]); };
+    const auto isControl = [&](std::size_t index) {
+        if (code(index) < 32 || code(index) == 127) return true;
+        // The second set of controls, as a byte alone or in two of UTF-8. Within a longer character
+        // of UTF-8 such a byte is none.
+        if (code(index) < 0x80 || code(index) > 0x9F) return false;
+        return index == 0 || code(index - 1) < 0x80 || code(index - 1) == 0xC2;
+    };
+    for (std::size_t index = 0; index < text.size(); ++index) {
+        if (isControl(index)) {
             result += "\\x";
-            result += kDigits[code >> 4];
-            result += kDigits[code & 15];
+            result += kDigits[code(index) >> 4];
+            result += kDigits[code(index) & 15];
         } else {
-            result += character;
+            result += text[index];
         }
     }
     return result;

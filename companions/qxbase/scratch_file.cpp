@@ -26,14 +26,19 @@ store::HandleTable<ScratchFile>& scratchFiles() {
 
 void closeScratchFiles() { scratchFiles().closeAll(); }
 
-std::unique_ptr<ScratchFile> ScratchFile::create() {
+store::File openScratch() {
     qx::Name name;
     qx::call(scrnam_, name);
     store::File file =
         store::File::create(std::string(name.view()), store::File::Creation::kMustBeNew);
+    // Without a name nothing keeps it.
+    if (file.isOpen()) ::unlink(file.path().c_str());
+    return file;
+}
+
+std::unique_ptr<ScratchFile> ScratchFile::create() {
+    store::File file = openScratch();
     if (!file.isOpen()) return nullptr;
-    // Without a name the file goes away with the process, however that ends.
-    ::unlink(file.path().c_str());
     return std::unique_ptr<ScratchFile>(new ScratchFile(std::move(file)));
 }
 

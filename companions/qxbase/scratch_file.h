@@ -10,6 +10,9 @@
 
 namespace qxbase {
 
+// A new file that goes away with the process, however that ends; not open if none can be made.
+store::File openScratch();
+
 class ScratchFile {
   public:
     // Null if none can be made.

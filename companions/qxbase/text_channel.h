@@ -47,7 +47,11 @@ class TextWriter : public store::Buffered {
     bool write(std::string_view text, bool endsLine);
     void flush() override { appender_.flush(); }
     bool failed() const { return appender_.failed(); }
-    const std::string& path() const { return appender_.file().path(); }
+    // Gives the file away, with all that was written in it.
+    store::File release() {
+        flush();
+        return std::move(appender_.file());
+    }
 
   private:
     store::Appender appender_;

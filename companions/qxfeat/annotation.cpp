@@ -114,7 +114,7 @@ void annrd_(const int32_t* handle, AnnoRecord* record, double* points, const int
         return;
     }
     if (record->pointCount > *capacity) {
-        reader->seek(reader->number());
+        reader->again();
         *status = kNoRoom;
         return;
     }

@@ -74,7 +74,7 @@ void arcrd_(const int32_t* handle, int32_t* number, QxArc* arc, double* vertices
         return;
     }
     if (arc->vertexCount > *capacity) {
-        reader->seek(reader->number());
+        reader->again();
         *status = kNoRoom;
         return;
     }

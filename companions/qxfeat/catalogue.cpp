@@ -1,5 +1,7 @@
 #include "companions/qxfeat/catalogue.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
@@ -13,39 +15,122 @@ namespace qxfeat {
 namespace {
 
 constexpr std::string_view kMark = "QXTABLES";
-constexpr int32_t kVersion = 1;
+constexpr int32_t kVersion = 2;
+// Erased tables that may be in the log beyond those that are there, before it is written anew.
+constexpr std::size_t kErasedKept = 64;
+
+// The catalogue that was read last, and what its file was then.
+struct Kept {
+    std::string directory;
+    store::File::Identity file;
+    Catalogue catalogue;
+    int64_t end = 0;  // behind the last whole entry
+    std::size_t erased = 0;
+};
+
+Kept kept;
 
 std::string cataloguePath(const std::string& directory) {
     return store::joinPath(directory, "catalog");
 }
 
-}  // namespace
-
-const Catalogue::Entry* Catalogue::find(std::string_view name) const {
-    const auto found = std::find_if(entries.begin(), entries.end(),
-                                    [&](const Entry& entry) { return entry.name == name; });
-    return found == entries.end() ? nullptr : &*found;
-}
-
-bool readCatalogue(const std::string& directory, Catalogue& catalogue) {
-    catalogue = {};
-    const std::string path = cataloguePath(directory);
-    PackedReader reader(path, kMark);
-    if (!reader.ok()) return !store::exists(path);
-    int32_t version = 0;
-    int32_t count = 0;
-    reader >> version >> catalogue.nextNumber >> catalogue.statisticsBytes >> count;
-    if (!reader.ok() || version != kVersion || catalogue.nextNumber < 1) {
-        return false;
-    }
-    for (int32_t entry = 0; entry < count; ++entry) {
-        Catalogue::Entry next{};
-        reader >> next.number >> next.name;
-        if (!reader.ok() || next.number < 1 || next.number >= catalogue.nextNumber) return false;
-        catalogue.entries.push_back(std::move(next));
+// The table's number, negative for one that was erased.
+bool takeEntry(int32_t number, const std::string& name) {
+    if (number == 0 || number == INT32_MIN || std::abs(number) == INT32_MAX) return false;
+    Catalogue& catalogue = kept.catalogue;
+    if (number > 0) {
+        if (catalogue.numbers.size() == Catalogue::kMostTables) return false;
+        catalogue.numbers[name] = number;
+        catalogue.nextNumber = std::max(catalogue.nextNumber, number + 1);
+    } else {
+        catalogue.numbers.erase(name);
+        ++kept.erased;
     }
     return true;
 }
+
+void readEntries(PackedReader& reader) {
+    Catalogue& catalogue = kept.catalogue;
+    int32_t version = 0;
+    reader >> version >> catalogue.nextNumber >> catalogue.statisticsBytes;
+    catalogue.sound = reader.ok() && version == kVersion && catalogue.nextNumber >= 1;
+    kept.end = reader.position();
+    while (catalogue.sound) {
+        int32_t number = 0;
+        std::string name;
+        reader >> number >> name;
+        // An entry that is not whole was cut off, or is being written.
+        if (!reader.ok()) return;
+        catalogue.sound = takeEntry(number, name);
+        kept.end = reader.position();
+    }
+}
+
+bool replaceCatalogue() {
+    const Catalogue& catalogue = kept.catalogue;
+    PackedWriter writer;
+    writer.raw(kMark) << kVersion << catalogue.nextNumber << catalogue.statisticsBytes;
+    for (const Catalogue::Entry& entry : catalogue.entries()) {
+        writer << entry.number << std::string_view(entry.name);
+    }
+    const std::string path = cataloguePath(kept.directory);
+    if (!replaceFile(path, writer.bytes())) return false;
+    kept.file = store::File::read(path).identity();
+    kept.end = kept.file.size;
+    kept.erased = 0;
+    return true;
+}
+
+bool addEntry(int32_t number, const std::string& name) {
+    PackedWriter writer;
+    writer << number << std::string_view(name);
+    store::File file = store::File::readWrite(cataloguePath(kept.directory));
+    if (!file.isOpen()) return false;
+    // What stands behind the last whole entry is half of one.
+    if (file.size() != kept.end && !file.truncate(kept.end)) return false;
+    if (!file.writeAt(kept.end, writer.bytes())) {
+        file.truncate(kept.end);
+        return false;
+    }
+    takeEntry(number, name);
+    kept.end += static_cast<int64_t>(writer.bytes().size());
+    kept.file = file.identity();
+    return true;
+}
+
+}  // namespace
+
+int32_t Catalogue::find(std::string_view name) const {
+    const auto found = numbers.find(std::string(name));
+    return found == numbers.end() ? 0 : found->second;
+}
+
+std::vector<Catalogue::Entry> Catalogue::entries() const {
+    std::vector<Entry> list;
+    list.reserve(numbers.size());
+    for (const auto& [name, number] : numbers) list.push_back({number, name});
+    std::sort(list.begin(), list.end(),
+              [](const Entry& left, const Entry& right) { return left.number < right.number; });
+    return list;
+}
+
+const Catalogue& readCatalogue(const std::string& directory) {
+    const std::string path = cataloguePath(directory);
+    const auto file = store::File::read(path).identity();
+    if (file.known() && file == kept.file && directory == kept.directory) return kept.catalogue;
+    kept = {};
+    kept.directory = directory;
+    kept.file = file;
+    PackedReader reader(path, kMark);
+    if (reader.ok()) {
+        readEntries(reader);
+    } else {
+        kept.catalogue.sound = !store::exists(path);
+    }
+    return kept.catalogue;
+}
+
+void forgetCatalogue() { kept = {}; }
 
 CatalogueLock::CatalogueLock(const std::string& directory)
     : file_(store::File::create(store::joinPath(directory, "lock"), store::File::Creation::kKeep)) {
@@ -53,20 +138,27 @@ CatalogueLock::CatalogueLock(const std::string& directory)
     held_ = file_.lock();
 }
 
-bool replaceCatalogue(const std::string& directory, const Catalogue& catalogue) {
-    PackedWriter writer;
-    writer.raw(kMark) << kVersion << catalogue.nextNumber << catalogue.statisticsBytes
-                      << static_cast<int32_t>(catalogue.entries.size());
-    for (const Catalogue::Entry& entry : catalogue.entries) {
-        writer << entry.number << std::string_view(entry.name);
-    }
-    return replaceFile(cataloguePath(directory), writer.bytes());
+bool addTable(const std::string& name) {
+    Catalogue& catalogue = kept.catalogue;
+    if (catalogue.nextNumber >= INT32_MAX - 1) return false;
+    if (catalogue.numbers.size() == Catalogue::kMostTables) return false;
+    if (!kept.file.known() && !replaceCatalogue()) return false;
+    return addEntry(catalogue.nextNumber, name);
+}
+
+bool removeTable(const std::string& name) {
+    if (!addEntry(-kept.catalogue.find(name), name)) return false;
+    // A log that cannot be written anew is as good as it was.
+    if (kept.erased > kept.catalogue.numbers.size() + kErasedKept) replaceCatalogue();
+    return true;
 }
 
 bool replaceFile(const std::string& path, std::span<const std::byte> bytes) {
     const std::string fresh = path + ".new";
+    // Left over from a process that was stopped, or planted.
+    ::unlink(fresh.c_str());
     {
-        store::File file = store::File::create(fresh, store::File::Creation::kAnew);
+        store::File file = store::File::create(fresh, store::File::Creation::kMustBeNew);
         if (!file.isOpen() || !file.writeAt(0, bytes)) return false;
     }
     if (std::rename(fresh.c_str(), path.c_str()) == 0) return true;

@@ -1,9 +1,11 @@
 // The catalogue of a workspace's tables: the file that says which tables there are.
 //
-// Tables are kept under numbers, so that a table's name is never part of a path. The catalogue is
-// replaced whole while a lock is held, so that several processes can change it at the same time and
-// a reader, who takes no lock, finds the old one or the new one. The lock is the kernel's: a
-// process that dies holding it has let it go.
+// Tables are kept under numbers, so that a table's name is never part of a path. The catalogue is a
+// log: a table that is defined or erased is one entry behind the others, so that a workspace of
+// many tables is made in a time that grows with their number. It is changed while a lock is held,
+// so that several processes can change it at the same time. A reader takes no lock and passes over
+// an entry that is not whole. The lock is the kernel's: a process that dies holding it has let it
+// go.
 #ifndef COMPANIONS_QXFEAT_CATALOGUE_H
 #define COMPANIONS_QXFEAT_CATALOGUE_H
 
@@ -11,6 +13,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "companions/store/file.h"
@@ -23,16 +26,25 @@ struct Catalogue {
         std::string name;
     };
     static constexpr int32_t kDoubleStatistics = 8;
+    // What is kept of each while an import runs comes to a few megabytes.
+    static constexpr std::size_t kMostTables = 65536;
 
+    bool sound = true;  // false if it cannot be understood; none at all is an empty one
     int32_t nextNumber = 1;
     int32_t statisticsBytes = kDoubleStatistics;  // bytes of a real in tables of statistics
-    std::vector<Entry> entries;                   // in the order of their definition
+    std::unordered_map<std::string, int32_t> numbers;
 
-    const Entry* find(std::string_view name) const;
+    // The number of a table; 0 for none.
+    int32_t find(std::string_view name) const;
+    // In the order of their definition.
+    std::vector<Entry> entries() const;
 };
 
-// False if there is a catalogue that cannot be understood; none at all is an empty one.
-bool readCatalogue(const std::string& directory, Catalogue& catalogue);
+// The catalogue of a directory of tables as it is now, good until the next call. It is read only if
+// it has changed. One that is damaged holds what can be read of it.
+const Catalogue& readCatalogue(const std::string& directory);
+// Forgets what was read.
+void forgetCatalogue();
 
 // The right to change the catalogue, for as long as it lives.
 class CatalogueLock {
@@ -45,8 +57,10 @@ class CatalogueLock {
     bool held_ = false;
 };
 
-// To be called with the lock held. False if it could not be written; the old one then stays.
-bool replaceCatalogue(const std::string& directory, const Catalogue& catalogue);
+// Both change the catalogue that readCatalogue has given last, with the lock held. False if that
+// could not be written; it then stays as it was.
+bool addTable(const std::string& name);
+bool removeTable(const std::string& name);
 
 // Puts a file in the place of another at once. False, and the old file stays, if that failed.
 bool replaceFile(const std::string& path, std::span<const std::byte> bytes);

@@ -73,7 +73,7 @@ void cntrd_(const int32_t* handle, int32_t* number, QxCentroid* centroid, int32_
     *number = static_cast<int32_t>(reader->number());
     *centroid = {point[0], point[1], count};
     if (count > *capacity) {
-        reader->seek(reader->number());
+        reader->again();
         *status = kNoRoom;
         return;
     }

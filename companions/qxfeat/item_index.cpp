@@ -6,13 +6,15 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
-#include <numeric>
+#include <memory>
 
 #include "companions/qxfeat/item_values.h"
 #include "companions/qxfeat/table.h"
 #include "companions/store/member_names.h"
 #include "companions/store/words.h"
+#include "host/cpp/call.h"
 #include "host/cpp/fixed_text.h"
+#include "host/qxbase/sort.h"
 #include "host/qxfeat/table_reading.h"
 
 namespace {
@@ -91,25 +93,52 @@ std::size_t indexedItem(const Table& table, std::string_view path, const QxItemD
     return place;
 }
 
-// The place of an item in the record and its key, entry by entry; the numbers lie behind the keys.
-std::vector<std::byte> gatherEntries(store::RecordReader& records, const TableItem& item) {
-    const QxItemDescriptor& place = item.item.descriptor;
-    const std::size_t length = keyBytes(place);
-    std::vector<std::byte> entries;
+// The entries of an index on their way through the sort, which calls back without a pointer of its
+// own: key, record number, and zeros up to a whole word. The number behind the key puts equal keys
+// in the order of their records.
+struct Build {
+    store::RecordReader* records = nullptr;
+    const TableItem* item = nullptr;
+    store::RecordWriter* writer = nullptr;
+    std::size_t length = 0;  // of a key with its number
+};
+Build build;
+
+int32_t nextEntry(int32_t* words) {
     std::span<const std::byte> record;
-    while (records.next(record)) {
-        const std::size_t start = entries.size();
-        entries.resize(start + length + kNumberBytes);
-        const auto bytes = record.subspan(static_cast<std::size_t>(item.offset),
-                                          static_cast<std::size_t>(place.width));
-        if (hasNumberKey(place)) {
-            putNumberKey(entries.data() + start, unpackNumber(place, bytes));
-        } else {
-            std::copy(bytes.begin(), bytes.end(), entries.data() + start);
-        }
-        store::put(entries.data() + start + length, static_cast<int32_t>(records.number()));
+    if (!build.records->next(record)) return kFailed;
+    const QxItemDescriptor& place = build.item->item.descriptor;
+    const auto bytes = record.subspan(static_cast<std::size_t>(build.item->offset),
+                                      static_cast<std::size_t>(place.width));
+    auto* entry = reinterpret_cast<std::byte*>(words);
+    if (hasNumberKey(place)) {
+        putNumberKey(entry, unpackNumber(place, bytes));
+    } else {
+        std::copy(bytes.begin(), bytes.end(), entry);
     }
-    return entries;
+    store::put(entry + build.length - kNumberBytes, static_cast<int32_t>(build.records->number()));
+    return kSuccess;
+}
+
+int32_t compareEntries(const int32_t* first, const int32_t* second) {
+    return std::memcmp(first, second, build.length);
+}
+
+void putEntry(const int32_t* words) {
+    std::memcpy(build.writer->append(build.length), words, build.length);
+}
+
+// False if the sort had no room.
+bool sortEntries() {
+    constexpr std::size_t kAreaWords = 256 * 1024;
+    constexpr std::size_t kLeastCapacity = 128;
+    const std::size_t words = (build.length + 3) / 4;
+    const std::size_t capacity = std::max(kAreaWords / (words + 1), kLeastCapacity);
+    const auto area = std::make_unique<int32_t[]>((words + 1) * capacity);
+    QxSortCounters counters{};
+    qx::call(srtfilC, static_cast<int32_t>(words), static_cast<int32_t>(capacity), area.get(),
+             nextEntry, compareEntries, putEntry, counters);
+    return counters.status == 0;
 }
 
 bool buildIndex(Table& table, std::size_t place) {
@@ -121,21 +150,11 @@ bool buildIndex(Table& table, std::size_t place) {
     header.kept = {static_cast<int32_t>(place + 1), item.item.descriptor.type, 0};
     auto writer = store::RecordWriter::create(table.indexPath(place), header);
     if (!writer) return false;
-    if (auto records = table.records()) {
-        const std::vector<std::byte> entries = gatherEntries(*records, item);
-        std::vector<uint32_t> order(entries.size() / length);
-        std::iota(order.begin(), order.end(), 0U);
-        // The number behind the key puts equal keys in the order of their records.
-        std::sort(order.begin(), order.end(), [&](uint32_t left, uint32_t right) {
-            return std::memcmp(entries.data() + left * length, entries.data() + right * length,
-                               length) < 0;
-        });
-        for (const uint32_t entry : order) {
-            std::memcpy(writer->append(length), entries.data() + entry * length, length);
-        }
-    }
+    const auto records = table.records();
+    build = {records.get(), &item, writer.get(), length};
+    const bool sorted = !records || sortEntries();
     writer->close();
-    return !writer->failed();
+    return sorted && !writer->failed();
 }
 
 }  // namespace

@@ -64,6 +64,8 @@ class PackedReader {
         return *this;
     }
     bool ok() const { return ok_; }
+    // Where the next number or text begins.
+    int64_t position() const { return static_cast<int64_t>(next_); }
 
   private:
     const std::byte* take(std::size_t count) {

@@ -19,6 +19,8 @@ constexpr std::string_view kListFile = "subclasses";
 constexpr int32_t kListCode = -2;
 constexpr std::size_t kNameBytes = RecordHeader::kLabelBytes;
 constexpr std::size_t kEntryBytes = 4 + kNameBytes;
+// What a walk keeps of each comes to a few megabytes.
+constexpr int64_t kMostSubclasses = 65536;
 
 struct Walk {
     std::vector<std::string> names;
@@ -51,7 +53,7 @@ bool noteSubclass(std::string_view coverage, int32_t code, std::string_view subc
     header.code = kListCode;
     header.recordBytes = static_cast<int32_t>(kEntryBytes);
     auto writer = store::RecordWriter::create(listPath(coverage), header, true);
-    if (!writer) return false;
+    if (!writer || writer->count() >= kMostSubclasses) return false;
     std::byte* place = writer->append(kEntryBytes);
     store::put(place, code);
     qx::padText(reinterpret_cast<char*>(place) + 4, kNameBytes, subclass);
@@ -66,7 +68,8 @@ std::vector<std::string> subclassesOf(std::string_view coverage, int32_t firstCo
     if (!reader || reader->header().code != kListCode) return names;
     std::unordered_set<std::string> seen;
     std::span<const std::byte> entry;
-    while (reader->next(entry) && entry.size() == kEntryBytes) {
+    while (reader->number() < kMostSubclasses && reader->next(entry) &&
+           entry.size() == kEntryBytes) {
         const auto code = store::get<int32_t>(entry.data());
         if (!hasSubclasses(code) || (code != firstCode && code != secondCode)) continue;
         std::string name(qx::trimText(reinterpret_cast<const char*>(entry.data()) + 4, kNameBytes));

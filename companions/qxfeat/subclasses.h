@@ -12,7 +12,8 @@ namespace qxfeat {
 // Whether files of a code belong to a subclass, which may be the one without a name.
 bool hasSubclasses(int32_t code);
 
-// Puts a subclass behind those of the list. False if the list cannot be written.
+// Puts a subclass behind those of the list. False if the list cannot be written, or has 65,536
+// entries already.
 bool noteSubclass(std::string_view coverage, int32_t code, std::string_view subclass);
 
 // The subclasses that have a file of one of two codes, each once, in the order of the list.

@@ -53,7 +53,7 @@ std::unique_ptr<Table> Table::open(const std::string& directory, int32_t number,
     if (!definition.read(tableFile(directory, number, "def"))) return nullptr;
     if (!definition.externalPath.empty() && !staysInside(definition.externalPath)) return nullptr;
     for (std::size_t item = 0; item < definition.items.size(); ++item) {
-        if (definition.items[item].moved) table->moved_.push_back({item, {}});
+        if (definition.items[item].moved) table->noteMoved(item);
     }
     if (toWrite) {
         beingWritten = table.get();
@@ -76,9 +76,14 @@ bool Table::addItem(TableItem item) {
     const auto place = static_cast<int32_t>(definition_.items.size()) + 1;
     item.item.number = item.item.redefined != 0 ? -1 : place;
     definition_.add(std::move(item));
-    if (definition_.items.back().moved) moved_.push_back({definition_.items.size() - 1, {}});
+    if (definition_.items.back().moved) noteMoved(definition_.items.size() - 1);
     changed_ = true;
     return true;
+}
+
+void Table::noteMoved(std::size_t item) {
+    movedPlaces_.emplace(placeKey(definition_.items[item].item.descriptor), moved_.size());
+    moved_.push_back({item, {}});
 }
 
 bool Table::putRecordsIn(const std::string& path) {
@@ -147,13 +152,13 @@ bool Table::putRecord(int64_t number, const std::byte* record) {
 }
 
 std::span<std::byte> Table::movedBytes(const QxItemDescriptor& item) {
-    for (Moved& moved : moved_) {
-        const QxItemDescriptor& place = definition_.items[moved.item].item.descriptor;
-        if (!samePlace(place, item)) continue;
-        moved.bytes.resize(static_cast<std::size_t>(place.width));
-        return moved.bytes;
-    }
-    return {};
+    const auto found = movedPlaces_.find(placeKey(item));
+    if (found == movedPlaces_.end()) return {};
+    Moved& moved = moved_[found->second];
+    const QxItemDescriptor& place = definition_.items[moved.item].item.descriptor;
+    if (!samePlace(place, item)) return {};
+    moved.bytes.resize(static_cast<std::size_t>(place.width));
+    return moved.bytes;
 }
 
 bool Table::readRecord(int64_t number) { return reader_ && reader_->seek(number) && readNext(); }

@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "companions/qxfeat/table_definition.h"
@@ -62,6 +63,7 @@ class Table : public store::Buffered {
     Table(std::string directory, int32_t number)
         : directory_(std::move(directory)), number_(number) {}
     bool startRecords();
+    void noteMoved(std::size_t item);
     bool hasRecords() const { return writer_ || reader_ || opened_; }
 
     struct Moved {
@@ -79,6 +81,7 @@ class Table : public store::Buffered {
     std::vector<std::byte> record_;
     bool recordRead_ = false;
     std::vector<Moved> moved_;
+    std::unordered_map<uint64_t, std::size_t> movedPlaces_;  // by placeKey, into moved_
     std::map<std::size_t, std::unique_ptr<store::RecordReader>> indexes_;
 };
 

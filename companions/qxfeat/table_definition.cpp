@@ -1,6 +1,7 @@
 #include "companions/qxfeat/table_definition.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "companions/qxfeat/catalogue.h"
 #include "companions/qxfeat/packed_words.h"
@@ -13,10 +14,6 @@ constexpr std::string_view kMark = "QXTABLED";
 constexpr int32_t kVersion = 1;
 
 int32_t endOf(const QxItemDescriptor& item) { return item.start - 1 + item.width; }
-
-bool overlap(const QxItemDescriptor& left, const QxItemDescriptor& right) {
-    return std::max(left.start - 1, right.start - 1) < std::min(endOf(left), endOf(right));
-}
 
 bool lieWithin(const QxItemDescriptor& inner, const QxItemDescriptor& outer) {
     return inner.start >= outer.start && endOf(inner) <= endOf(outer);
@@ -45,16 +42,35 @@ bool samePlace(const QxItemDescriptor& left, const QxItemDescriptor& right) {
            (left.type == right.type || (isTextType(left.type) && isTextType(right.type)));
 }
 
-void TableDefinition::add(TableItem item) {
-    const QxItemDescriptor& place = item.item.descriptor;
-    bool clash = false;
-    bool twin = false;
-    for (const TableItem& other : items) {
-        if (item.item.redefined != 0 || other.item.redefined != 0) continue;
-        clash |= overlap(place, other.item.descriptor);
-        twin |= samePlace(place, other.item.descriptor);
+uint64_t placeKey(const QxItemDescriptor& item) {
+    const auto half = [](int32_t value) { return uint64_t{static_cast<uint16_t>(value)}; };
+    const auto type = static_cast<uint32_t>(isTextType(item.type) ? QX_ITEM_CHARACTER : item.type);
+    return uint64_t{type} << 32 | half(item.start) << 16 | half(item.width);
+}
+
+// Takes the bytes of an item; false if some were taken before.
+bool TableDefinition::take(const QxItemDescriptor& item) {
+    int32_t first = item.start - 1;
+    int32_t end = endOf(item);
+    if (first == end) return true;
+    auto run = taken_.upper_bound(first);
+    if (run != taken_.begin() && std::prev(run)->second > first) --run;
+    const bool free = run == taken_.end() || run->first >= end;
+    while (run != taken_.end() && run->first < end) {
+        first = std::min(first, run->first);
+        end = std::max(end, run->second);
+        run = taken_.erase(run);
     }
-    item.moved = clash && !twin;
+    taken_[first] = end;
+    return free;
+}
+
+void TableDefinition::add(TableItem item) {
+    if (item.item.redefined == 0) {
+        const QxItemDescriptor& place = item.item.descriptor;
+        const bool twin = !places_.insert(placeKey(place)).second;
+        item.moved = !take(place) && !twin;
+    }
     items.push_back(std::move(item));
 }
 

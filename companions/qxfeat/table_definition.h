@@ -2,7 +2,10 @@
 #ifndef COMPANIONS_QXFEAT_TABLE_DEFINITION_H
 #define COMPANIONS_QXFEAT_TABLE_DEFINITION_H
 
+#include <cstdint>
+#include <map>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "host/qxfeat/table_reading.h"
@@ -29,7 +32,7 @@ struct TableDefinition {
     int32_t storedLength = 0;  // the same with the items that were moved
     std::vector<TableItem> items;
 
-    // Adds an item, and settles whether it is moved.
+    // Adds an item, and settles whether it is moved. The items before it must have been added too.
     void add(TableItem item);
     // Settles the record's length and where each item lies in it.
     void layOut();
@@ -37,11 +40,21 @@ struct TableDefinition {
     bool write(const std::string& path) const;
     // False if the file is none, or says what cannot be.
     bool read(const std::string& path);
+
+  private:
+    bool take(const QxItemDescriptor& item);
+
+    // The bytes that stored items take, as runs from the first byte to behind the last, and the
+    // places of those items by their keys.
+    std::map<int32_t, int32_t> taken_;
+    std::unordered_set<uint64_t> places_;
 };
 
 bool isTextType(int32_t type);
 // Whether two descriptors name the same bytes in the same manner.
 bool samePlace(const QxItemDescriptor& left, const QxItemDescriptor& right);
+// The same for two descriptors of the same place.
+uint64_t placeKey(const QxItemDescriptor& item);
 
 }  // namespace qxfeat
 

@@ -36,7 +36,7 @@ void ruscls_(const char*, const char* table, char* subclass, int32_t* flag, int3
 }
 
 void is83workspace_(const char* dataset, int32_t* result, int32_t datasetLength) {
-    qxfeat::Catalogue catalogue;
-    qxfeat::readCatalogue(store::infoDirectory(textArgument(dataset, datasetLength)), catalogue);
+    const auto& catalogue =
+        qxfeat::readCatalogue(store::infoDirectory(textArgument(dataset, datasetLength)));
     *result = catalogue.statisticsBytes == qxfeat::Catalogue::kDoubleStatistics ? 1 : 0;
 }

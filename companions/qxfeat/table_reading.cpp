@@ -48,16 +48,15 @@ void closeTableLists() { lists.closeAll(); }
 void inflst_(int32_t* list, const char* directory, const char* owner, int32_t* count,
              int32_t directoryLength, int32_t ownerLength) {
     const std::string_view wanted = textArgument(owner, ownerLength);
-    Catalogue catalogue;
     // What a damaged catalogue still names is listed.
-    readCatalogue(std::string(textArgument(directory, directoryLength)), catalogue);
+    auto entries = readCatalogue(std::string(textArgument(directory, directoryLength))).entries();
     if (!wanted.empty()) {
-        std::erase_if(catalogue.entries,
+        std::erase_if(entries,
                       [&](const Catalogue::Entry& entry) { return !belongs(entry.name, wanted); });
     }
-    *count = static_cast<int32_t>(catalogue.entries.size());
+    *count = static_cast<int32_t>(entries.size());
     auto made = std::make_unique<TableList>();
-    made->entries = std::move(catalogue.entries);
+    made->entries = std::move(entries);
     *list = lists.add(std::move(made));
 }
 

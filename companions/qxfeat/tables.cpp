@@ -9,7 +9,9 @@
 #include "companions/qxfeat/state.h"
 #include "companions/qxfeat/table.h"
 #include "companions/store/member_names.h"
+#include "host/cpp/call.h"
 #include "host/cpp/fixed_text.h"
+#include "host/qxbase/messages.h"
 
 namespace {
 
@@ -43,7 +45,10 @@ void removeFiles(const std::string& directory, int32_t number) {
 
 namespace qxfeat {
 
-void closeTables() { tables().closeAll(); }
+void closeTables() {
+    tables().closeAll();
+    forgetCatalogue();
+}
 
 }  // namespace qxfeat
 
@@ -64,19 +69,17 @@ void infpth_(const char* path, char* directory, char* prefix, char* name, int32_
 void infers_(const char* name, const char* directory, const char*, const int32_t*, int32_t* status,
              int32_t nameLength, int32_t directoryLength, int32_t) {
     const std::string place(textArgument(directory, directoryLength));
-    const std::string_view wanted = textArgument(name, nameLength);
+    const std::string wanted(textArgument(name, nameLength));
     *status = kSuccess;
     if (!store::isDirectory(place)) return;
     const CatalogueLock lock(place);
-    Catalogue catalogue;
+    const Catalogue& catalogue = readCatalogue(place);
     *status = kFailed;
-    if (!lock.held() || !readCatalogue(place, catalogue)) return;
+    if (!lock.held() || !catalogue.sound) return;
     *status = kSuccess;
-    const Catalogue::Entry* found = catalogue.find(wanted);
-    if (!found) return;
-    const int32_t number = found->number;
-    catalogue.entries.erase(catalogue.entries.begin() + (found - catalogue.entries.data()));
-    if (!replaceCatalogue(place, catalogue)) {
+    const int32_t number = catalogue.find(wanted);
+    if (number == 0) return;
+    if (!removeTable(wanted)) {
         *status = kFailed;
         return;
     }
@@ -86,19 +89,22 @@ void infers_(const char* name, const char* directory, const char*, const int32_t
 void infdef_(const char* name, const char* directory, const char*, const int32_t*, int32_t* table,
              int32_t* status, int32_t nameLength, int32_t directoryLength, int32_t) {
     const std::string place(textArgument(directory, directoryLength));
-    const std::string_view wanted = textArgument(name, nameLength);
+    const std::string wanted(textArgument(name, nameLength));
     *status = kFailed;
     if (wanted.empty() || place.empty() || !haveDirectory(place)) return;
     const CatalogueLock lock(place);
-    Catalogue catalogue;
-    if (!lock.held() || !readCatalogue(place, catalogue) || catalogue.find(wanted)) return;
-    if (catalogue.nextNumber == INT32_MAX) return;
-    const int32_t number = catalogue.nextNumber++;
+    const Catalogue& catalogue = readCatalogue(place);
+    if (!lock.held() || !catalogue.sound || catalogue.find(wanted) != 0) return;
+    if (catalogue.numbers.size() == Catalogue::kMostTables) {
+        qx::call(meschr_, std::string_view(place), 0);
+        qx::call(nonftl_, "%1% holds as many tables as it can", -1);
+        return;
+    }
     // What a table that was cut off in its definition left under this number is no part of it.
+    const int32_t number = catalogue.nextNumber;
     removeFiles(place, number);
     auto made = Table::define(place, number, wanted);
-    catalogue.entries.push_back({number, std::string(wanted)});
-    if (!replaceCatalogue(place, catalogue)) return;
+    if (!addTable(wanted)) return;
     *table = tables().add(std::move(made));
     *status = kSuccess;
 }
@@ -136,11 +142,11 @@ void infopn_(const char* name, const char* directory, const char*, const int32_t
              int32_t nameLength, int32_t directoryLength, int32_t) {
     constexpr int32_t kToWrite = 2;
     const std::string place(textArgument(directory, directoryLength));
-    Catalogue catalogue;
+    const Catalogue& catalogue = readCatalogue(place);
     *status = kFailed;
-    if (!readCatalogue(place, catalogue)) return;
-    const Catalogue::Entry* found = catalogue.find(textArgument(name, nameLength));
-    auto opened = found ? Table::open(place, found->number, *mode == kToWrite) : nullptr;
+    if (!catalogue.sound) return;
+    const int32_t number = catalogue.find(textArgument(name, nameLength));
+    auto opened = number != 0 ? Table::open(place, number, *mode == kToWrite) : nullptr;
     if (!opened) return;
     *recordCount = static_cast<int32_t>(std::min<int64_t>(opened->recordCount(), INT32_MAX));
     *recordLength = opened->definition().recordLength;

@@ -40,6 +40,7 @@ MadeRaster makeRaster(const std::string& dataset, const RasterHeader& header) {
     MadeRaster made;
     if (dataset.empty()) return made;
     made.madeDirectory = store::makeDirectory(dataset);
+    if (!store::isDirectory(dataset)) return made;
     made.writer = RasterWriter::create(rasterPath(dataset, header.kind), header);
     if (!made.writer && made.madeDirectory) ::rmdir(dataset.c_str());
     return made;

@@ -41,22 +41,16 @@ File::~File() { close(); }
 File File::read(const std::string& path) {
     File file;
     file.path_ = path;
-    // Whatever has no bytes at a position (a directory, a pipe, a device) is no file to read, and
-    // is not waited for.
     file.descriptor_ = openRetrying(path.c_str(), O_RDONLY | O_NONBLOCK);
-    struct stat information {};
-    if (file.isOpen() &&
-        (::fstat(file.descriptor_, &information) != 0 || !S_ISREG(information.st_mode))) {
-        file.close();
-        errno = EINVAL;
-    }
+    file.refuseIrregular();
     return file;
 }
 
 File File::readWrite(const std::string& path) {
     File file;
     file.path_ = path;
-    file.descriptor_ = openRetrying(path.c_str(), O_RDWR | O_NOFOLLOW);
+    file.descriptor_ = openRetrying(path.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK);
+    file.refuseIrregular();
     return file;
 }
 
@@ -66,13 +60,30 @@ File File::create(const std::string& path, Creation creation) {
                                                          : 0;
     File file;
     file.path_ = path;
-    file.descriptor_ = openRetrying(path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | flags);
+    file.descriptor_ =
+        openRetrying(path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | flags);
+    file.refuseIrregular();
     return file;
+}
+
+void File::refuseIrregular() {
+    struct stat information {};
+    if (isOpen() && (::fstat(descriptor_, &information) != 0 || !S_ISREG(information.st_mode))) {
+        close();
+        errno = EINVAL;
+    }
 }
 
 int64_t File::size() const {
     struct stat information {};
     return ::fstat(descriptor_, &information) == 0 ? information.st_size : -1;
+}
+
+File::Identity File::identity() const {
+    struct stat information {};
+    if (::fstat(descriptor_, &information) != 0) return {};
+    return {information.st_dev, information.st_ino, information.st_size, information.st_mtim.tv_sec,
+            information.st_mtim.tv_nsec};
 }
 
 int64_t File::readAt(int64_t position, std::span<std::byte> bytes) const {
@@ -133,6 +144,11 @@ bool exists(const std::string& path) {
 }
 
 bool isDirectory(const std::string& path) {
+    struct stat information {};
+    return ::lstat(path.c_str(), &information) == 0 && S_ISDIR(information.st_mode);
+}
+
+bool leadsToDirectory(const std::string& path) {
     struct stat information {};
     return ::stat(path.c_str(), &information) == 0 && S_ISDIR(information.st_mode);
 }

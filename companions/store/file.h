@@ -18,8 +18,8 @@ class File {
 
     enum class Creation { kAnew, kMustBeNew, kKeep };
 
-    // Open a file; on failure the result is not open and errno tells why. Only a regular file is
-    // read. A path that names a symbolic link is not followed when a file is created.
+    // Open a file; on failure the result is not open and errno tells why. Only regular files
+    // are opened. A path that names a symbolic link is followed for reading only.
     static File read(const std::string& path);
     static File readWrite(const std::string& path);
     static File create(const std::string& path, Creation creation);
@@ -27,6 +27,17 @@ class File {
     bool isOpen() const { return descriptor_ >= 0; }
     const std::string& path() const { return path_; }
     int64_t size() const;
+    // Which file it is and how it was changed last: the same for a file that was left alone.
+    struct Identity {
+        uint64_t device = 0;
+        uint64_t node = 0;
+        int64_t size = -1;
+        int64_t changedSeconds = 0;
+        int64_t changedNanoseconds = 0;
+        bool known() const { return size >= 0; }
+        friend bool operator==(const Identity&, const Identity&) = default;
+    };
+    Identity identity() const;
 
     // Bytes read from a position: fewer than asked for at the end of the file, -1 on failure.
     int64_t readAt(int64_t position, std::span<std::byte> bytes) const;
@@ -38,6 +49,10 @@ class File {
     void close();
 
   private:
+    // Whatever has no bytes at a position (a directory, a pipe, a device) is no file, and is not
+    // waited for.
+    void refuseIrregular();
+
     int descriptor_ = -1;
     std::string path_;
 };
@@ -45,7 +60,10 @@ class File {
 // Makes a directory; false if it is there already or cannot be made.
 bool makeDirectory(const std::string& path);
 bool exists(const std::string& path);
+// A symbolic link is no directory: what is planted under a dataset's name leads nowhere.
 bool isDirectory(const std::string& path);
+// The same for a directory that the user named, who may use links.
+bool leadsToDirectory(const std::string& path);
 
 }  // namespace store
 

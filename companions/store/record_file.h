@@ -3,7 +3,8 @@
 // The file begins with a header of 128 bytes that names what it is. Fixed records follow one
 // another; records of any length are each led by their length in bytes as a 32-bit integer.
 // The header's record count is -1 while a file is being written; it is put right whenever the file
-// is flushed or closed, and a reader that finds -1 counts the records itself.
+// is flushed or closed, and a reader that finds -1 counts the records itself. The header says where
+// the records end, too, so that going on behind them costs no reading.
 #ifndef COMPANIONS_STORE_RECORD_FILE_H
 #define COMPANIONS_STORE_RECORD_FILE_H
 
@@ -24,12 +25,14 @@ struct RecordHeader {
     static constexpr std::size_t kBytes = 128;
     static constexpr std::size_t kHostBytes = 36;
     static constexpr std::size_t kLabelBytes = 32;
+    static constexpr std::size_t kLongestRecord = INT32_MAX;
 
     int32_t code = 0;               // what the file is: its file code
     std::array<int32_t, 3> kept{};  // three integers that the creator gave
     int32_t recordBytes = 0;        // bytes in a record, 0 for records of any length
     int32_t realBytes = 8;          // bytes of a coordinate: 4 single, 8 double precision
     int64_t count = -1;             // records, -1 while the file is being written
+    int64_t end = 0;                // where they end, as far as the count says; 0 for not known
     int32_t hostBytes = 0;          // how much of host is set
     std::array<std::byte, kHostBytes> host{};
     std::string label;  // the subclass, at most 32 bytes
@@ -53,9 +56,10 @@ class RecordWriter : public Buffered {
     bool failed() const { return appender_.failed(); }
 
     // Room for the next record, to be filled before any other call. In a file of fixed records
-    // bytes is the length of one.
+    // bytes is the length of one. More than a length can say throws std::length_error.
     std::byte* append(std::size_t bytes) {
         const bool fixed = header_.recordBytes != 0;
+        if (bytes > RecordHeader::kLongestRecord) refuseLength();
         std::byte* place = appender_.reserve(fixed ? bytes : bytes + 4);
         ++count_;
         if (fixed) return place;
@@ -72,6 +76,7 @@ class RecordWriter : public Buffered {
     RecordWriter(File file, int64_t position, RecordHeader header);
     static std::unique_ptr<RecordWriter> goOn(const std::string& path, const RecordHeader& header);
     static void putLength(std::byte* place, std::size_t bytes);
+    [[noreturn]] static void refuseLength();
     void begin();
     void writeHeader();
 
@@ -95,6 +100,8 @@ class RecordReader {
     void noteDamage() const;
     // Makes the record of a number from 1 the next one; false if there is none.
     bool seek(int64_t number);
+    // Makes the record that next gave last the next one.
+    void again();
     // Number of the record that next gave last, 0 before the first.
     int64_t number() const { return number_; }
 
@@ -110,6 +117,7 @@ class RecordReader {
     int64_t size_;
     int64_t position_ = RecordHeader::kBytes;
     int64_t number_ = 0;
+    int64_t lastPosition_ = RecordHeader::kBytes;
     bool counted_ = false;
     std::vector<std::byte> buffer_;
     int64_t bufferStart_ = 0;

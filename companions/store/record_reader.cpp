@@ -68,6 +68,7 @@ bool RecordReader::readNext(std::span<const std::byte>& record) {
     if (size_ - place < static_cast<int64_t>(bytes)) return false;
     record = bytes == 0 ? std::span<const std::byte>() : window(place, bytes);
     if (record.size() != bytes) return false;
+    lastPosition_ = position_;
     position_ = place + static_cast<int64_t>(bytes);
     ++number_;
     return true;
@@ -104,6 +105,12 @@ void RecordReader::findRecords() {
     }
 }
 
+void RecordReader::again() {
+    if (position_ == lastPosition_) return;
+    position_ = lastPosition_;
+    --number_;
+}
+
 bool RecordReader::seek(int64_t number) {
     if (number < 1 || number > count()) return false;
     if (header_.recordBytes != 0) {
@@ -114,6 +121,7 @@ bool RecordReader::seek(int64_t number) {
         if (number > static_cast<int64_t>(places_.size())) return false;
         position_ = places_[static_cast<std::size_t>(number - 1)];
     }
+    lastPosition_ = position_;
     number_ = number - 1;
     return true;
 }

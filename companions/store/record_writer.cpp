@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <stdexcept>
 
 #include "companions/store/record_file.h"
 #include "companions/store/words.h"
@@ -17,12 +18,16 @@ std::unique_ptr<RecordWriter> RecordWriter::goOn(const std::string& path,
         kept.realBytes != header.realBytes) {
         return nullptr;
     }
+    File file = File::readWrite(path);
+    if (!file.isOpen()) return nullptr;
     // What counts is what can be read. A record that a failure cut short goes.
     const int64_t claimed = kept.count;
     int64_t end = RecordHeader::kBytes;
     if (kept.recordBytes != 0) {
         kept.count = reader->count();
         end += kept.count * kept.recordBytes;
+    } else if (kept.count >= 0 && kept.end >= end && kept.end == file.size()) {
+        end = kept.end;
     } else {
         std::span<const std::byte> record;
         while (reader->next(record)) end += 4 + static_cast<int64_t>(record.size());
@@ -30,8 +35,7 @@ std::unique_ptr<RecordWriter> RecordWriter::goOn(const std::string& path,
     }
     // The words of a file that was cut off may speak of records that never reached it.
     if (kept.count != claimed) kept.hostBytes = 0;
-    File file = File::readWrite(path);
-    if (!file.isOpen() || !file.truncate(end)) return nullptr;
+    if (end != file.size() && !file.truncate(end)) return nullptr;
     std::unique_ptr<RecordWriter> writer(new RecordWriter(std::move(file), end, kept));
     writer->begin();
     return writer;
@@ -52,7 +56,12 @@ std::unique_ptr<RecordWriter> RecordWriter::create(const std::string& path,
 
 void RecordWriter::begin() {
     header_.count = -1;
+    header_.end = 0;
     writeHeader();
+}
+
+void RecordWriter::refuseLength() {
+    throw std::length_error("a record of more than 2147483647 bytes");
 }
 
 void RecordWriter::putLength(std::byte* place, std::size_t bytes) {
@@ -78,8 +87,10 @@ void RecordWriter::flush() {
     appender_.flush();
     // After a failed write the count is for a reader to find out.
     header_.count = appender_.failed() ? -1 : count_;
+    header_.end = appender_.failed() ? 0 : appender_.end();
     writeHeader();
     header_.count = -1;
+    header_.end = 0;
 }
 
 void RecordWriter::close() {

@@ -12,6 +12,8 @@ QX_API void aopen_(int32_t* channel, const char* name, int32_t* status, int32_t 
 
 /* Creates a file for writing and reading back after arewnd_; an existing file is emptied. */
 QX_API void acreat_(int32_t* channel, const char* name, int32_t* status, int32_t nameLength);
+/* The same for a file that must not be there yet, such as one named by scrnam_. */
+QX_API void acrnew_(int32_t* channel, const char* name, int32_t* status, int32_t nameLength);
 
 /* Closes a channel. A number that is no open channel is left alone. */
 QX_API void aclose_(const int32_t* channel);

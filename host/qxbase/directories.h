@@ -13,6 +13,7 @@ QX_API void dcreat_(const char* directory, int32_t* status, int32_t directoryLen
 QX_API int32_t dcreatC(const char* directory);
 
 /* status 0 if the path is a directory. */
+/* A symbolic link is no directory here. */
 QX_API void dexist_(const char* directory, int32_t* status, int32_t directoryLength);
 
 /* The directory that was entered last, or the current directory of the process. */
