@@ -10,6 +10,7 @@ int main(int argc, char** argv) {
         bench::registerTin();
         bench::registerGridMemory();
         bench::registerIndex();
+        bench::registerLinear();
     } catch (const std::exception& exception) {
         std::fprintf(stderr, "%s\n", exception.what());
         return 1;

@@ -88,6 +88,7 @@ void registerImports();
 void registerTin();
 void registerGridMemory();
 void registerIndex();
+void registerLinear();
 
 }  // namespace bench
 

@@ -42,10 +42,10 @@ const fs::path& folder() {
     return made.path;
 }
 
-void import(const fs::path& file) {
+void import(const fs::path& file, const char* dataset) {
     worstLevel = QX_INFORM;
     mesink_(keepWorst, nullptr);
-    const int32_t result = ImportFile(file.c_str(), (folder() / "workspace/DS").c_str(), 1);
+    const int32_t result = ImportFile(file.c_str(), (folder() / "workspace" / dataset).c_str(), 1);
     if (worstLevel > QX_INFORM) throw std::runtime_error(worstMessage);
     require(result == 1, "the import ran to its end");
 }

@@ -12,7 +12,7 @@ namespace fs = std::filesystem;
 const fs::path& folder();
 
 // Imports a file into the workspace; throws where anything but information was said.
-void import(const fs::path& file);
+void import(const fs::path& file, const char* dataset = "DS");
 void clearWorkspace();
 // Bytes of all files in the workspace.
 std::size_t storedBytes();
