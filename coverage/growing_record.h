@@ -7,7 +7,8 @@
 #include <cstring>
 #include <new>
 #include <type_traits>
-#include <vector>
+
+#include "host/cpp/growing_bytes.h"
 
 namespace intake {
 
@@ -17,7 +18,10 @@ class GrowingRecord {
     static_assert(sizeof(Front) % alignof(Element) == 0);
 
   public:
-    GrowingRecord() : bytes_(sizeof(Front)) { front() = {}; }
+    GrowingRecord() {
+        clearTail();
+        front() = {};
+    }
 
     Front& front() { return *std::launder(reinterpret_cast<Front*>(bytes_.data())); }
     void clearTail() { bytes_.resize(sizeof(Front)); }
@@ -30,7 +34,7 @@ class GrowingRecord {
 
   private:
     // Memory of the default allocator is aligned for any number.
-    std::vector<std::byte> bytes_;
+    qx::GrowingBytes bytes_;
 };
 
 }  // namespace intake

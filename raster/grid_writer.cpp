@@ -36,6 +36,19 @@ int32_t storedCell(int32_t cell) {
                                                             : cell;
 }
 
+// More room for the row at hand. It grows with the cells that are read, up to all columns.
+bool makeRoom() {
+    constexpr int32_t kFirstCells = 16384;
+    const int32_t cells = std::min(std::max(kFirstCells, 2 * GRDSTA.rowRoom), GRDSTA.columns);
+    auto* row = static_cast<int32_t*>(CAllocate1(cells, 4));
+    if (!row) return false;
+    std::copy_n(GRDSTA.row, GRDSTA.rowRoom, row);
+    if (GRDSTA.row) CFree1(GRDSTA.row);
+    GRDSTA.row = row;
+    GRDSTA.rowRoom = cells;
+    return true;
+}
+
 }  // namespace
 
 void GRDCRE(const Name& dataset, const GridShape& shape, Status& status) {
@@ -61,8 +74,7 @@ void GRDCRE(const Name& dataset, const GridShape& shape, Status& status) {
             GRDSTA.floatNoData =
                 static_cast<float>(call(d_sigdig, shape.noData, kSignificantDigits));
         }
-        GRDSTA.row = static_cast<int32_t*>(CAllocate1(GRDSTA.columns, 4));
-        if (GRDSTA.row) {
+        if (makeRoom()) {
             status = kSuccess;
             return;
         }
@@ -80,6 +92,10 @@ void GRDWRT(std::span<const int32_t> cells, Status& status) {
     status = kSuccess;
     const auto left = static_cast<std::size_t>(GRDSTA.columns - GRDSTA.columnCursor);
     for (const int32_t cell : cells.first(std::min(cells.size(), left))) {
+        if (GRDSTA.columnCursor == GRDSTA.rowRoom && !makeRoom()) {
+            status = kNotWritten;
+            return;
+        }
         GRDSTA.row[GRDSTA.columnCursor++] = storedCell(cell);
     }
     if (GRDSTA.columnCursor < GRDSTA.columns) return;

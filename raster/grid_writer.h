@@ -18,6 +18,7 @@ inline constexpr Status kNotWritten = -2;
 struct GridState {
     int32_t channel = -1;      // of the cell layer, -1 while none is open
     int32_t* row = nullptr;    // words of the row at hand, made and freed by the raster library
+    int32_t rowRoom = 0;       // cells that it has room for
     int32_t rowCursor = 0;     // next row to write
     int32_t columnCursor = 0;  // next column of the row at hand
     int32_t rows = 0;

@@ -80,10 +80,12 @@ void vwrite_(const int32_t* handle, const int32_t* number, const void* words,
     }
     const auto bytes = static_cast<std::size_t>(*count) * kWordBytes;
     if (*number == file->writer->count() + 1) {
-        if (bytes != 0) {
-            std::memcpy(file->writer->append(bytes), words, bytes);
-        } else {
-            file->writer->append(0);
+        constexpr std::size_t kInOnePart = 32 * 1024;
+        file->writer->announce(bytes);
+        const auto* from = static_cast<const std::byte*>(words);
+        for (std::size_t start = 0; start < bytes; start += kInOnePart) {
+            const std::size_t part = std::min(bytes - start, kInOnePart);
+            std::memcpy(file->writer->part(part), from + start, part);
         }
     } else if (recordBytes == 0 || *number < 1 || *number > file->writer->count() ||
                !file->writer->overwrite(*number, {static_cast<const std::byte*>(words), bytes})) {

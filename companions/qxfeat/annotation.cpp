@@ -1,5 +1,6 @@
 #include "host/qxfeat/annotation.h"
 
+#include <array>
 #include <cstddef>
 #include <cstring>
 
@@ -57,10 +58,8 @@ void annwt_(const int32_t* handle, int32_t* number, const void* record) {
     std::memcpy(&anno, record, sizeof anno);
     if (!file || anno.pointCount < 0) return;
     const int32_t realBytes = file->coordinateBytes();
-    const std::size_t coordinates = coordinatesOf(anno.pointCount);
-    const std::string_view text = qx::trimText(anno.text, sizeof anno.text);
-    const std::size_t reals = (kFixedReals + coordinates) * static_cast<std::size_t>(realBytes);
-    store::WordWriter words(file->writer->append(kWordBytes + reals + text.size()));
+    std::array<std::byte, kWordBytes + kFixedReals * sizeof(double)> front;
+    store::WordWriter words(front.data());
     words << anno.userId << anno.groupCode << anno.symbolSize << anno.textSymbol << anno.pointCount
           << anno.lineCount << anno.textLength << anno.leaderCount << anno.extraWord1
           << anno.extraWord2;
@@ -71,9 +70,13 @@ void annwt_(const int32_t* handle, int32_t* number, const void* record) {
     place = putCoordinates(place, anno.extraValues, realBytes);
     place = putCoordinates(place, {anno.leaderPoints[0], 2 * QX_ANNO_LEADERS}, realBytes);
     const std::span points(
-        reinterpret_cast<const double*>(static_cast<const AnnoRecord*>(record) + 1), coordinates);
-    place = putCoordinates(place, points, realBytes);
-    std::memcpy(place, text.data(), text.size());
+        reinterpret_cast<const double*>(static_cast<const AnnoRecord*>(record) + 1),
+        coordinatesOf(anno.pointCount));
+    const auto frontBytes = static_cast<std::size_t>(place - front.data());
+    appendRecord(*file, {std::span(front).first(frontBytes),
+                         points,
+                         {},
+                         qx::trimText(anno.text, sizeof anno.text)});
     file->include(points);
     *number = static_cast<int32_t>(file->writer->count());
 }

@@ -1,5 +1,6 @@
 #include "host/qxfeat/arcs.h"
 
+#include <array>
 #include <cstring>
 
 #include "companions/qxfeat/coverage.h"
@@ -28,16 +29,13 @@ void arcwt_(const int32_t* handle, const int32_t* number, const void* record) {
     QxArc arc;
     std::memcpy(&arc, record, sizeof arc);
     if (!file || arc.vertexCount < 0) return;
-    const int32_t realBytes = file->coordinateBytes();
     const std::size_t reals = realsOf(arc.vertexCount);
     const std::span vertices(reinterpret_cast<const double*>(static_cast<const QxArc*>(record) + 1),
                              reals);
-    std::byte* place =
-        file->writer->append(kFixedBytes + reals * static_cast<std::size_t>(realBytes));
-    store::WordWriter words(place);
-    words << *number << arc.userId << arc.fromNode << arc.toNode << arc.leftPolygon
-          << arc.rightPolygon << arc.vertexCount;
-    putCoordinates(words.place(), vertices, realBytes);
+    std::array<std::byte, kFixedBytes> front;
+    store::WordWriter(front.data()) << *number << arc.userId << arc.fromNode << arc.toNode
+                                    << arc.leftPolygon << arc.rightPolygon << arc.vertexCount;
+    appendRecord(*file, {front, vertices, {}, {}});
     file->include(vertices);
 }
 

@@ -1,5 +1,6 @@
 #include "host/qxfeat/centroids.h"
 
+#include <array>
 #include <cstring>
 
 #include "companions/qxfeat/coverage.h"
@@ -34,11 +35,10 @@ void cntwt_(const int32_t* handle, const int32_t*, const void* record) {
         static_cast<std::size_t>(centroid.labelCount));
     const double point[] = {centroid.x, centroid.y};
     const int32_t realBytes = file->coordinateBytes();
-    std::byte* place = file->writer->append(static_cast<std::size_t>(kFrontShape.bytes(realBytes)) +
-                                            labels.size_bytes());
-    place = putCoordinates(place, point, realBytes);
-    store::put(place, centroid.labelCount);
-    store::putAll(place + 4, labels);
+    std::array<std::byte, kFrontShape.bytes(sizeof(double))> front;
+    store::put(putCoordinates(front.data(), point, realBytes), centroid.labelCount);
+    const auto frontBytes = static_cast<std::size_t>(kFrontShape.bytes(realBytes));
+    appendRecord(*file, {std::span(front).first(frontBytes), {}, labels, {}});
     file->include(point);
 }
 

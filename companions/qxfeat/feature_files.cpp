@@ -1,6 +1,7 @@
 #include "companions/qxfeat/feature_files.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "companions/qxfeat/state.h"
 
@@ -66,6 +67,44 @@ const std::byte* nextRecord(store::RecordReader* reader, std::size_t bytes, int3
     }
     *number = static_cast<int32_t>(reader->number());
     return record.data();
+}
+
+void appendRecord(FeatureFile& file, const RecordParts& parts) {
+    constexpr std::size_t kInOnePart = 32 * 1024;
+    store::RecordWriter& writer = *file.writer;
+    const int32_t realBytes = file.coordinateBytes();
+    const std::size_t bytes = parts.front.size() +
+                              parts.coordinates.size() * static_cast<std::size_t>(realBytes) +
+                              parts.integers.size_bytes() + parts.text.size();
+    std::byte* place = nullptr;
+    const bool whole = bytes <= kInOnePart;
+    if (whole) {
+        place = writer.append(bytes);
+    } else {
+        writer.announce(bytes);
+    }
+    // Room for some values: behind the ones before, or as a part of its own.
+    const auto room = [&](std::size_t size) {
+        std::byte* here = whole ? place : writer.part(size);
+        place = here + size;
+        return here;
+    };
+    const auto eachRun = [&](auto values, std::size_t valueBytes, auto put) {
+        for (std::size_t start = 0; start < values.size();) {
+            const std::size_t count = std::min(values.size() - start, kInOnePart / valueBytes);
+            put(room(count * valueBytes), values.subspan(start, count));
+            start += count;
+        }
+    };
+    const auto copy = [](std::byte* here, auto run) {
+        std::memcpy(here, run.data(), run.size_bytes());
+    };
+    eachRun(parts.front, 1, copy);
+    eachRun(parts.coordinates, static_cast<std::size_t>(realBytes),
+            [&](std::byte* here, auto run) { putCoordinates(here, run, realBytes); });
+    eachRun(parts.integers, sizeof(int32_t),
+            [](std::byte* here, auto run) { store::putAll(here, run); });
+    eachRun(std::span(parts.text), 1, copy);
 }
 
 std::byte* putCoordinates(std::byte* place, std::span<const double> values, int32_t bytes) {

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <string_view>
 
 #include "companions/qxfeat/extent.h"
 #include "companions/store/handle_table.h"
@@ -56,6 +57,15 @@ void goToRecord(const int32_t* handle, const int32_t* record, int32_t* status);
 // The next record, if it has so many bytes, and its number; null at the end, without a reader, and
 // for a record of any other length.
 const std::byte* nextRecord(store::RecordReader* reader, std::size_t bytes, int32_t* number);
+
+// Writes a record of a front, coordinates in pairs x, y, integers and a text, one behind the other.
+struct RecordParts {
+    std::span<const std::byte> front;
+    std::span<const double> coordinates;
+    std::span<const int32_t> integers;
+    std::string_view text;
+};
+void appendRecord(FeatureFile& file, const RecordParts& parts);
 
 // Coordinates in the file's precision.
 std::byte* putCoordinates(std::byte* place, std::span<const double> values, int32_t bytes);

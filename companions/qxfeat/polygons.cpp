@@ -1,6 +1,7 @@
 #include "host/qxfeat/polygons.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 
 #include "companions/qxfeat/coverage.h"
@@ -25,11 +26,10 @@ int32_t codeOf(int32_t kind) { return kind == QX_POLYGON_BOXES ? kPolygonBoxCode
 void writePolygon(FeatureFile& file, std::span<const double, 4> box, int32_t arcCount,
                   std::span<const int32_t> arcs) {
     const int32_t realBytes = file.coordinateBytes();
-    std::byte* place = file.writer->append(static_cast<std::size_t>(kBoxShape.bytes(realBytes)) +
-                                           arcs.size_bytes());
-    place = putCoordinates(place, box, realBytes);
-    store::put(place, arcCount);
-    store::putAll(place + 4, arcs);
+    std::array<std::byte, kBoxShape.bytes(sizeof(double))> front;
+    store::put(putCoordinates(front.data(), box, realBytes), arcCount);
+    const auto frontBytes = static_cast<std::size_t>(kBoxShape.bytes(realBytes));
+    appendRecord(file, {std::span(front).first(frontBytes), {}, arcs, {}});
     file.include(box);
 }
 

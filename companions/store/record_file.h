@@ -66,6 +66,14 @@ class RecordWriter : public Buffered {
         putLength(place, bytes);
         return place + 4;
     }
+    // The same for a record that is filled in parts: no memory is taken for it as a whole. Parts
+    // of the announced length in all follow, each filled before the next.
+    void announce(std::size_t bytes) {
+        if (bytes > RecordHeader::kLongestRecord) refuseLength();
+        ++count_;
+        if (header_.recordBytes == 0) putLength(appender_.reserve(4), bytes);
+    }
+    std::byte* part(std::size_t bytes) { return appender_.reserve(bytes); }
     // Overwrites a record of a file of fixed records that was written before.
     bool overwrite(int64_t number, std::span<const std::byte> bytes);
     void setHost(std::span<const std::byte> bytes);
