@@ -65,6 +65,7 @@ class Bench {
         signal(SIGALRM, tooLong);
     }
     ~Bench() {
+        before_.empty() ? unsetenv("TMPDIR") : setenv("TMPDIR", before_.c_str(), 1);
         std::error_code ignored;
         fs::remove_all(root_, ignored);
     }
@@ -150,6 +151,7 @@ class Bench {
     std::set<std::string> sections;  // that had more than an end mark
 
   private:
+    std::string before_ = std::getenv("TMPDIR") ? std::getenv("TMPDIR") : "";
     fs::path root_;
     std::vector<fs::path> volumes_;
 };
