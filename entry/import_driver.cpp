@@ -167,6 +167,10 @@ void IMPSUB(std::string_view dataset, std::string_view file, const int32_t& kind
     if (dataset.size() > Name::kLength) fatal("Dataset name is too long (IMPSUB)");
     if (qx::trimText(dataset).empty()) fatal("Dataset name is empty (IMPSUB)");
     import.DSNAME = import.targetName = dataset;
+    // It may have been planted to have files made elsewhere.
+    Status link = kSuccess;
+    call(alink_, import.DSNAME, link);
+    if (link == kSuccess) fatal("%1% is a symbolic link (IMPSUB)", import.DSNAME);
     reader.IMPNAM = reader.firstVolume = file;
     IMPCLR();
     if (static_cast<uint32_t>(kind) > kHighestKind) fatal("BAD TYPE CODE (IMPSUB)");

@@ -7,6 +7,7 @@
 #include "companions/qxbase/state.h"
 #include "companions/qxbase/text_channel.h"
 #include "companions/store/handle_table.h"
+#include "companions/store/member_names.h"
 #include "host/cpp/fixed_text.h"
 #include "host/qxbase/strings.h"
 
@@ -167,6 +168,12 @@ void adelet_(const char* name, int32_t* status, int32_t nameLength) {
 
 void aexist_(const char* name, int32_t* status, int32_t nameLength) {
     *status = store::exists(path(name, nameLength)) ? 0 : kFailed;
+}
+
+void alink_(const char* name, int32_t* status, int32_t nameLength) {
+    *status = store::isLink(std::string(store::plainPath(qx::textArgument(name, nameLength))))
+                  ? 0
+                  : kFailed;
 }
 
 void scrnam_(char* name, int32_t nameLength) {

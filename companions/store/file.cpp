@@ -143,6 +143,11 @@ bool exists(const std::string& path) {
     return ::lstat(path.c_str(), &information) == 0;
 }
 
+bool isLink(const std::string& path) {
+    struct stat information {};
+    return ::lstat(path.c_str(), &information) == 0 && S_ISLNK(information.st_mode);
+}
+
 bool isDirectory(const std::string& path) {
     struct stat information {};
     return ::lstat(path.c_str(), &information) == 0 && S_ISDIR(information.st_mode);

@@ -60,6 +60,7 @@ class File {
 // Makes a directory; false if it is there already or cannot be made.
 bool makeDirectory(const std::string& path);
 bool exists(const std::string& path);
+bool isLink(const std::string& path);
 // A symbolic link is no directory: what is planted under a dataset's name leads nowhere.
 bool isDirectory(const std::string& path);
 // The same for a directory that the user named, who may use links.

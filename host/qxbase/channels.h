@@ -54,6 +54,8 @@ QX_API void adelet_(const char* name, int32_t* status, int32_t nameLength);
 
 /* status 0 if something of that name exists. */
 QX_API void aexist_(const char* name, int32_t* status, int32_t nameLength);
+/* status 0 if a path is a symbolic link, wherever that leads. */
+QX_API void alink_(const char* name, int32_t* status, int32_t nameLength);
 
 /* The name of a scratch file that does not yet exist, in the directory for temporary files. */
 QX_API void scrnam_(char* name, int32_t nameLength);

@@ -61,6 +61,8 @@ class Bench {
         if (!mkdtemp(name.data())) throw std::runtime_error("no directory for the test");
         root_ = name;
         fs::create_directory(root_ / "tmp");
+        fs::create_directories(root_ / "outside/directory");
+        writeFile((root_ / "outside/file").string(), "kept");
         setenv("TMPDIR", (root_ / "tmp").c_str(), 1);
         signal(SIGALRM, tooLong);
     }
@@ -72,10 +74,15 @@ class Bench {
     std::string dataset() const { return (root_ / "ws/DS").string(); }
     fs::path at(const char* name) const { return root_ / name; }
 
-    // Form feeds part the volumes of a file.
-    int32_t import(std::string_view text) {
+    // Form feeds part the volumes of a file. A link may stand in the workspace before.
+    int32_t import(std::string_view text, const std::string& link = "",
+                   const std::string& target = "") {
         fs::remove_all(root_ / "ws");
         fs::create_directory(root_ / "ws");
+        if (!link.empty()) {
+            fs::create_directories((root_ / link).parent_path());
+            fs::create_symlink(root_ / "outside" / target, root_ / link);
+        }
         for (const auto& old : volumes_) fs::remove(old);
         volumes_.clear();
         for (int volume = 0; volume < 4; ++volume) {
@@ -121,8 +128,8 @@ class Bench {
         }
         const auto entries = fs::directory_iterator(root_);
         if (static_cast<std::size_t>(std::distance(begin(entries), end(entries))) !=
-                volumes_.size() + 2 ||
-            !fs::is_empty(root_ / "tmp")) {
+                volumes_.size() + 3 ||
+            !fs::is_empty(root_ / "tmp") || stored("outside") != kOutside) {
             return "nothing is written beside the workspace";
         }
         for (const char* command : {"show", "dump"}) {
@@ -137,10 +144,11 @@ class Bench {
         return "";
     }
 
-    // Every file of the workspace.
-    std::map<std::string, std::string> stored() const {
-        std::map<std::string, std::string> files;
-        for (const auto& entry : fs::recursive_directory_iterator(root_ / "ws")) {
+    // Every file of the workspace, or of another folder.
+    using Files = std::map<std::string, std::string>;
+    Files stored(const char* folder = "ws") const {
+        Files files;
+        for (const auto& entry : fs::recursive_directory_iterator(root_ / folder)) {
             const std::string name = entry.path().lexically_relative(root_).string();
             files[name] = entry.is_regular_file() ? fileBytes(entry.path().string()) : "";
         }
@@ -151,6 +159,8 @@ class Bench {
     std::set<std::string> sections;  // that had more than an end mark
 
   private:
+    inline static const Files kOutside = {{"outside/directory", ""}, {"outside/file", "kept"}};
+
     std::string before_ = std::getenv("TMPDIR") ? std::getenv("TMPDIR") : "";
     fs::path root_;
     std::vector<fs::path> volumes_;
@@ -283,6 +293,17 @@ TEST_P(OfFile, ChangedBytesEndWell) {
             check(changed, "byte " + std::to_string(place) + " made " +
                                std::to_string(kBytes[each % sizeof kBytes]));
             if (HasFailure()) return;
+        }
+    }
+}
+
+TEST_P(OfFile, FollowsNoLinkOutOfTheWorkspace) {
+    const std::string& text = GetParam().text;
+    bench.import(text);
+    for (const auto& [name, bytes] : bench.stored()) {
+        for (const char* target : {"file", "directory", "new"}) {
+            const std::string fault = bench.fault(bench.import(text, name, target));
+            EXPECT_EQ(fault, "") << name << " leads to " << target;
         }
     }
 }
