@@ -1,4 +1,5 @@
-// The readers of integer and real fields, held against the C library's on the same text.
+// The readers of integer and real fields, held against the C library's on the same text, and the
+// fast readers of single shapes against them.
 #include "stream/fields.h"
 
 #include <bit>
@@ -8,6 +9,7 @@
 #include <cstdlib>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "fuzz/scratch.h"
 
@@ -78,6 +80,30 @@ bool sameValue(double left, double right) {
            std::bit_cast<uint64_t>(left) == std::bit_cast<uint64_t>(right);
 }
 
+// The readers of one shape each: what they take has the value that the careful ones give.
+template <std::size_t width>
+void readIntegerFast(std::string_view field) {
+    int32_t value = 0;
+    int32_t expected = 0;
+    if (field.size() != width || !intake::fast::readInteger<width>(field.data(), value)) return;
+    fuzz::require(intake::parseInteger(field, expected) && value == expected, "a fast integer");
+}
+
+template <int decimals>
+void readRealFast(std::string_view field) {
+    double value = 0;
+    double expected = 0;
+    if (field.size() != decimals + 7) return;
+    if (!intake::fast::readReal<decimals>(field.data(), value)) return;
+    fuzz::require(intake::parseReal(field, decimals, 1, expected), "a fast real is one");
+    fuzz::require(sameValue(value, expected), "the value of a fast real");
+}
+
+template <std::size_t... widths>
+void readIntegersFast(std::string_view field, std::index_sequence<widths...>) {
+    (readIntegerFast<widths + 1>(field), ...);
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
@@ -101,6 +127,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     const std::optional<double> expectedReal = realOpinion(text, decimals, scale);
     fuzz::require(isReal == expectedReal.has_value(), "the verdict on a real");
     fuzz::require(!isReal || sameValue(real, *expectedReal), "the value of a real");
+
+    readIntegersFast(field, std::make_index_sequence<11>());
+    readRealFast<7>(field);
+    readRealFast<14>(field);
 
     bool logical = false;
     intake::parseLogical(field, logical);

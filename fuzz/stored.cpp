@@ -1,11 +1,15 @@
-// Damaged datasets: the seeds of the import are imported once, then each input is a list of changes
-// to the stored files of one of them, which is dumped.
+// Damaged datasets under the readers: the seeds of the import are imported once, each into a
+// workspace of its own; an input chooses one of them, what reads it, and changes to its files.
 #include <algorithm>
 #include <ostream>
+#include <set>
 #include <stdexcept>
 #include <vector>
 
+#include "app/intake/draw/draw.h"
 #include "app/intake/dump/dump.h"
+#include "app/intake/show/show.h"
+#include "app/intake/show/within.h"
 #include "fuzz/scratch.h"
 #include "host/qxbase.h"
 #include "intakedl.h"
@@ -15,12 +19,12 @@ namespace {
 namespace fs = std::filesystem;
 
 struct StoredFile {
-    std::string name;  // relative to the workspace
+    std::string name;  // relative to the scratch folder
     std::string bytes;
 };
 
 struct StoredDataset {
-    std::vector<fs::path> folders;
+    std::string path;
     std::vector<StoredFile> files;
 };
 
@@ -30,15 +34,14 @@ const fuzz::Scratch& scratch() {
 }
 
 StoredDataset storedBy(const fs::path& seed) {
-    scratch().clear();
-    ImportFile(seed.c_str(), scratch().path("DS").c_str(), 1);
-    StoredDataset dataset;
-    for (const auto& entry : fs::recursive_directory_iterator(scratch().root())) {
-        const fs::path name = fs::relative(entry.path(), scratch().root());
-        if (entry.is_directory()) dataset.folders.push_back(name);
-        if (entry.is_regular_file()) {
-            dataset.files.push_back({name.string(), fuzz::fileBytes(entry.path())});
-        }
+    const fs::path workspace = scratch().root() / seed.stem();
+    fs::create_directory(workspace);
+    StoredDataset dataset{(workspace / "DS").string(), {}};
+    ImportFile(seed.c_str(), dataset.path.c_str(), 1);
+    for (const auto& entry : fs::recursive_directory_iterator(workspace)) {
+        if (!entry.is_regular_file()) continue;
+        dataset.files.push_back(
+            {fs::relative(entry.path(), scratch().root()).string(), fuzz::fileBytes(entry.path())});
     }
     // The order of a folder's entries is the file system's, an input's meaning is not.
     std::sort(
@@ -50,10 +53,12 @@ StoredDataset storedBy(const fs::path& seed) {
 const std::vector<StoredDataset>& datasets() {
     static const std::vector<StoredDataset> all = [] {
         mesink_([](int32_t, const char*, void*) {}, nullptr);
-        std::vector<fs::path> seeds;
-        for (const auto& entry : fs::directory_iterator(INTAKE_SEEDS))
-            seeds.push_back(entry.path());
-        std::sort(seeds.begin(), seeds.end());
+        std::set<fs::path> seeds;
+        for (const auto& entry : fs::directory_iterator(INTAKE_SEEDS)) {
+            // The compressed forms store what the plain ones do.
+            const bool plain = entry.path().string().find("_level") == std::string::npos;
+            if (plain) seeds.insert(entry.path());
+        }
         std::vector<StoredDataset> result;
         for (const fs::path& seed : seeds) result.push_back(storedBy(seed));
         std::erase_if(result, [](const StoredDataset& dataset) { return dataset.files.empty(); });
@@ -63,13 +68,15 @@ const std::vector<StoredDataset>& datasets() {
     return all;
 }
 
+constexpr std::size_t kStep = 6;
+
 // A change is six bytes: which file, what to do, where (24 bits), and a byte.
-void change(StoredFile& file, const uint8_t* step) {
-    std::string& bytes = file.bytes;
+void change(const StoredFile& file, const uint8_t* step) {
+    std::string bytes = fuzz::fileBytes(scratch().root() / file.name);
     const std::size_t wish = static_cast<std::size_t>(step[2] << 16 | step[3] << 8 | step[4]);
     const std::size_t place = bytes.empty() ? 0 : wish % bytes.size();
     const char value = static_cast<char>(step[5]);
-    switch (step[1] % 5) {
+    switch (step[1] % 6) {
         case 0:
             bytes.resize(place);
             break;
@@ -81,34 +88,58 @@ void change(StoredFile& file, const uint8_t* step) {
                 bytes[index] = value;
             }
             break;
+        case 3:
+            scratch().remove(file.name);
+            return;
         default:
             if (!bytes.empty()) bytes[place] = value;
+    }
+    scratch().write(file.name, bytes);
+}
+
+void read(const std::string& path, const std::string& kind, int reader) {
+    std::ostream nowhere(nullptr);
+    switch (reader) {
+        case 0:
+            program::print(program::describe(path, kind), nowhere);
+            break;
+        case 1:
+            program::draw(path, kind, scratch().path("picture.svg"));
+            break;
+        case 2:
+            program::print(program::describeWithin(path, kind, "-30,-60,40.5,1e9"), nowhere);
+            break;
+        default:
+            program::DumpOptions options;
+            options.kind = kind;
+            program::dump(path, options, nowhere);
     }
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
-    constexpr std::size_t kStep = 6;
-    if (size < 1 + kStep) return 0;
-    StoredDataset dataset = datasets()[data[0] % datasets().size()];
-    for (std::size_t at = 1; at + kStep <= size; at += kStep) {
-        change(dataset.files[data[at] % dataset.files.size()], data + at);
+    constexpr std::size_t kChoice = 3;
+    if (size < kChoice) return 0;
+    const auto number = static_cast<std::size_t>(data[0] << 8 | data[1]);
+    const StoredDataset& dataset = datasets()[number % datasets().size()];
+    std::set<const StoredFile*> changed;
+    for (std::size_t at = kChoice; at + kStep <= size; at += kStep) {
+        const StoredFile& file = dataset.files[data[at] % dataset.files.size()];
+        change(file, data + at);
+        changed.insert(&file);
     }
-    scratch().clear();
-    for (const fs::path& folder : dataset.folders)
-        fs::create_directories(scratch().root() / folder);
-    for (const StoredFile& file : dataset.files) scratch().write(file.name, file.bytes);
-    const std::string path = scratch().path("DS");
-    std::ostream nowhere(nullptr);
+    std::vector<std::string> kinds;
     try {
-        for (const std::string& kind : program::kindsOf(path)) {
-            try {
-                program::DumpOptions options;
-                options.kind = kind;
-                program::dump(path, options, nowhere);
-            } catch (const std::runtime_error&) {}
-        }
+        kinds = program::kindsOf(dataset.path);
     } catch (const std::runtime_error&) {}
+    for (const std::string& kind : kinds) {
+        try {
+            read(dataset.path, kind, data[2] % 5);
+        } catch (const std::runtime_error&) {
+            // What it says is for a user.
+        }
+    }
+    for (const StoredFile* file : changed) scratch().write(file->name, file->bytes);
     return 0;
 }
