@@ -38,13 +38,13 @@ int32_t storedCell(int32_t cell) {
 
 // More room for the row at hand. It grows with the cells that are read, up to all columns.
 bool makeRoom() {
-    constexpr int32_t kFirstCells = 16384;
-    const int32_t cells = std::min(std::max(kFirstCells, 2 * GRDSTA.rowRoom), GRDSTA.columns);
-    auto* row = static_cast<int32_t*>(CAllocate1(cells, 4));
+    constexpr int32_t kStep = 1 << 18;
+    const int32_t room = GRDSTA.rowRoom;
+    const int32_t more = std::max({16384, std::min(room, kStep), room / 64});
+    const int32_t cells = std::min(room + more, GRDSTA.columns);
+    void* row = room == 0 ? CAllocate1(cells, 4) : CResize1(GRDSTA.row, cells, 4);
     if (!row) return false;
-    std::copy_n(GRDSTA.row, GRDSTA.rowRoom, row);
-    if (GRDSTA.row) CFree1(GRDSTA.row);
-    GRDSTA.row = row;
+    GRDSTA.row = static_cast<int32_t*>(row);
     GRDSTA.rowRoom = cells;
     return true;
 }

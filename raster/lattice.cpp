@@ -1,7 +1,8 @@
 #include <bit>
 #include <cmath>
-#include <vector>
+#include <cstring>
 
+#include "host/cpp/growing_bytes.h"
 #include "host/qxgridio.h"
 #include "raster/sections.h"
 #include "stream/format.h"
@@ -34,8 +35,8 @@ void readCells(const Line& line, int32_t count, std::array<float, kCellsInLine>&
 }
 
 // A row grows as its lines arrive, whatever the width says.
-void readRow(int32_t columns, float noData, std::vector<float>& row) {
-    row.clear();
+void readRow(int32_t columns, float noData, qx::GrowingBytes& row) {
+    row.resize(0);
     Line line;
     std::array<float, kCellsInLine> cells{};
     for (int32_t left = columns; left > 0; left -= kCellsInLine) {
@@ -44,7 +45,9 @@ void readRow(int32_t columns, float noData, std::vector<float>& row) {
         readCells(line, count, cells);
         for (int32_t cell = 0; cell < count; ++cell) {
             const float value = cells[static_cast<std::size_t>(cell)];
-            row.push_back(isNoData(value) ? noData : value);
+            const float kept = isNoData(value) ? noData : value;
+            row.resize(row.size() + sizeof kept);
+            std::memcpy(row.data() + row.size() - sizeof kept, &kept, sizeof kept);
         }
     }
 }
@@ -83,12 +86,13 @@ void IMPLAT(const Name& dataset, Status& status) {
         return;
     }
     call(latrng_, lattice, lowest, highest);
-    std::vector<float> heights;
+    qx::GrowingBytes heights;
     // Without columns a row has no lines.
     for (int32_t row = 0; columns > 0 && row < rows; ++row) {
         readRow(columns, noData, heights);
         Status ignoredStatus = kSuccess;
-        call(latwt_, lattice, ignoredStatus, heights, columns);
+        call(latwt_, lattice, ignoredStatus, reinterpret_cast<const float*>(heights.data()),
+             columns);
     }
     // One more line belongs to the section, whatever it holds.
     IMPLIN(line);

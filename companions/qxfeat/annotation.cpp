@@ -116,17 +116,36 @@ void annrd_(const int32_t* handle, AnnoRecord* record, double* points, const int
         bytes.size() - front > sizeof record->text) {
         return;
     }
+    const std::byte* place = words.place();
+    place = getCoordinates(place, {&record->textHeight, 1}, realBytes);
+    place = getCoordinates(place, record->extraValues, realBytes);
+    place = getCoordinates(place, {record->leaderPoints[0], 2 * QX_ANNO_LEADERS}, realBytes);
     if (record->pointCount > *capacity) {
         reader->again();
         *status = kNoRoom;
         return;
     }
-    const std::byte* place = words.place();
-    place = getCoordinates(place, {&record->textHeight, 1}, realBytes);
-    place = getCoordinates(place, record->extraValues, realBytes);
-    place = getCoordinates(place, {record->leaderPoints[0], 2 * QX_ANNO_LEADERS}, realBytes);
     place = getCoordinates(place, {points, coordinates}, realBytes);
     qx::padText(record->text, sizeof record->text,
                 {reinterpret_cast<const char*>(place), bytes.size() - front});
+    *status = kSuccess;
+}
+
+void annbig_(const int32_t* handle, double* box, int32_t* status) {
+    const int32_t noRoom = 0;
+    AnnoRecord anno{};
+    annrd_(handle, &anno, nullptr, &noRoom, status);
+    if (*status != kNoRoom) return;
+    store::RecordReader* reader = findReader(handle);
+    std::span<const std::byte> bytes;
+    *status = kEnd;
+    if (!reader->next(bytes)) return;
+    const auto realBytes = static_cast<std::size_t>(reader->header().realBytes);
+    boxOfStored(bytes.subspan(kWordBytes + kFixedReals * realBytes,
+                              coordinatesOf(anno.pointCount) * realBytes),
+                reader->header().realBytes, box);
+    const double height = anno.textHeight;
+    const double wider[] = {-height, -height, height, height};
+    for (int side = 0; side < 4; ++side) box[side] += wider[side];
     *status = kSuccess;
 }

@@ -16,6 +16,26 @@ constexpr std::size_t kFixedBytes = 7 * 4;
 
 std::size_t realsOf(int32_t vertexCount) { return static_cast<std::size_t>(vertexCount) * 2; }
 
+// The next arc and its stored vertices; false at the end, and with a note at one that is damaged.
+bool readArc(store::RecordReader* reader, int32_t& number, QxArc& arc,
+             std::span<const std::byte>& pairs) {
+    std::span<const std::byte> record;
+    if (!reader || !reader->next(record)) return false;
+    if (record.size() < kFixedBytes) {
+        reader->noteDamage();
+        return false;
+    }
+    store::WordReader(record.data()) >> number >> arc.userId >> arc.fromNode >> arc.toNode >>
+        arc.leftPolygon >> arc.rightPolygon >> arc.vertexCount;
+    pairs = record.subspan(kFixedBytes);
+    const auto realBytes = static_cast<std::size_t>(reader->header().realBytes);
+    if (arc.vertexCount < 0 || pairs.size() != realsOf(arc.vertexCount) * realBytes) {
+        reader->noteDamage();
+        return false;
+    }
+    return true;
+}
+
 }  // namespace
 
 void arccre_(int32_t* handle, const char* coverage, const int32_t*, const int32_t*, int32_t* status,
@@ -55,27 +75,24 @@ void arcrd_(const int32_t* handle, int32_t* number, QxArc* arc, double* vertices
             const int32_t* capacity, int32_t* status) {
     *status = kEnd;
     store::RecordReader* reader = findReader(handle);
-    std::span<const std::byte> record;
-    if (!reader || !reader->next(record)) return;
-    if (record.size() < kFixedBytes) {
-        reader->noteDamage();
-        return;
-    }
-    store::WordReader words(record.data());
-    words >> *number >> arc->userId >> arc->fromNode >> arc->toNode >> arc->leftPolygon >>
-        arc->rightPolygon >> arc->vertexCount;
-    const int32_t realBytes = reader->header().realBytes;
-    const std::size_t reals = realsOf(arc->vertexCount);
-    if (arc->vertexCount < 0 ||
-        record.size() != kFixedBytes + reals * static_cast<std::size_t>(realBytes)) {
-        reader->noteDamage();
-        return;
-    }
+    std::span<const std::byte> pairs;
+    if (!readArc(reader, *number, *arc, pairs)) return;
     if (arc->vertexCount > *capacity) {
         reader->again();
         *status = kNoRoom;
         return;
     }
-    getCoordinates(words.place(), {vertices, reals}, realBytes);
+    getCoordinates(pairs.data(), {vertices, realsOf(arc->vertexCount)}, reader->header().realBytes);
+    *status = kSuccess;
+}
+
+void arcbox_(const int32_t* handle, double* box, int32_t* status) {
+    *status = kEnd;
+    store::RecordReader* reader = findReader(handle);
+    int32_t number = 0;
+    QxArc arc;
+    std::span<const std::byte> pairs;
+    if (!readArc(reader, number, arc, pairs)) return;
+    boxOfStored(pairs, reader->header().realBytes, box);
     *status = kSuccess;
 }

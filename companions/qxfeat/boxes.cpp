@@ -1,6 +1,7 @@
 #include "host/qxfeat/boxes.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <string>
 
@@ -24,6 +25,25 @@ void boxfd2_(const double* points, const int32_t* count, double* box) {
         box[2] = std::fmax(box[2], points[2 * index]);
         box[3] = std::fmax(box[3], points[2 * index + 1]);
     }
+}
+
+void qxfeat::boxOfStored(std::span<const std::byte> pairs, int32_t realBytes, double* box) {
+    std::array<double, 1024> values;
+    bool first = true;
+    do {
+        const std::size_t count =
+            std::min(values.size(), pairs.size() / static_cast<std::size_t>(realBytes));
+        getCoordinates(pairs.data(), std::span(values).first(count), realBytes);
+        pairs = pairs.subspan(count * static_cast<std::size_t>(realBytes));
+        double here[4];
+        call(boxfd2_, values, static_cast<int32_t>(count / 2), +here);
+        for (int side = 0; side < 4; ++side) {
+            const double wider =
+                side < 2 ? std::fmin(box[side], here[side]) : std::fmax(box[side], here[side]);
+            box[side] = first ? here[side] : wider;
+        }
+        first = false;
+    } while (!pairs.empty());
 }
 
 void annbox_(const AnnoRecord* record, const double* points, double* box) {

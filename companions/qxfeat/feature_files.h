@@ -67,6 +67,9 @@ struct RecordParts {
 };
 void appendRecord(FeatureFile& file, const RecordParts& parts);
 
+// The box of stored pairs x, y, as boxfd2_ has it.
+void boxOfStored(std::span<const std::byte> pairs, int32_t realBytes, double* box);
+
 // Coordinates in the file's precision.
 std::byte* putCoordinates(std::byte* place, std::span<const double> values, int32_t bytes);
 const std::byte* getCoordinates(const std::byte* place, std::span<double> values, int32_t bytes);

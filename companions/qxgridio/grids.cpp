@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
@@ -94,7 +95,12 @@ int32_t PutWindowRow(int32_t channel, int32_t row, const void* cells) {
                           static_cast<std::size_t>(grid->header().raster.columns));
     grid->gatherRange(words);
     if (row == grid->rowsWritten()) {
-        store::putAll(grid->appendRow(), words);
+        grid->beginRow();
+        constexpr std::size_t kInOnePart = 16384;
+        for (std::size_t start = 0; start < words.size(); start += kInOnePart) {
+            const auto part = words.subspan(start, std::min(words.size() - start, kInOnePart));
+            store::putAll(grid->part(part.size_bytes()), part);
+        }
         return grid->failed() ? kFailed : 0;
     }
     std::vector<std::byte> bytes(words.size_bytes());
@@ -116,6 +122,12 @@ void CellLyrDelete(const char* name) {
 void* CAllocate1(int32_t count, int32_t elementBytes) {
     if (count < 0 || elementBytes < 1) return nullptr;
     return std::calloc(static_cast<std::size_t>(count), static_cast<std::size_t>(elementBytes));
+}
+
+void* CResize1(void* memory, int32_t count, int32_t elementBytes) {
+    if (count < 1 || elementBytes < 1) return nullptr;
+    return std::realloc(memory,
+                        static_cast<std::size_t>(count) * static_cast<std::size_t>(elementBytes));
 }
 
 void CFree1(void* memory) { std::free(memory); }

@@ -61,10 +61,14 @@ void latwt_(const int32_t* handle, int32_t* status, const float* heights, const 
     if (raster.columns <= 0 || lattice->rowsWritten() >= raster.rows) return;
     const auto columns = static_cast<std::size_t>(raster.columns);
     const auto given = std::min(columns, static_cast<std::size_t>(std::max(*count, 0)));
-    std::byte* place = lattice->appendRow();
-    store::putAll(place, std::span(heights, given));
-    for (std::size_t column = given; column < columns; ++column) {
-        store::put(place + column * sizeof(float), MISSINGFLOAT);
+    lattice->beginRow();
+    constexpr std::size_t kInOnePart = 16384;
+    for (std::size_t start = 0; start < columns; start += kInOnePart) {
+        const std::size_t end = std::min(start + kInOnePart, columns);
+        std::byte* place = lattice->part((end - start) * sizeof(float));
+        for (std::size_t column = start; column < end; ++column, place += sizeof(float)) {
+            store::put(place, column < given ? heights[column] : MISSINGFLOAT);
+        }
     }
     *status = lattice->failed() ? kFailed : 0;
 }

@@ -49,8 +49,9 @@ class RasterWriter : public store::Buffered {
 
     const RasterHeader& header() const { return header_; }
     void setRange(double lowest, double highest);
-    // Room for the words of the next row, to be filled before any other call.
-    std::byte* appendRow();
+    // Begins the next row. Its words follow in parts, each filled before any other call.
+    void beginRow() { ++rowsWritten_; }
+    std::byte* part(std::size_t bytes) { return appender_.reserve(bytes); }
     // Overwrites a row that was written before.
     bool overwriteRow(int32_t row, std::span<const std::byte> bytes);
     int32_t rowsWritten() const { return rowsWritten_; }

@@ -22,11 +22,6 @@ void RasterWriter::setRange(double lowest, double highest) {
     header_.raster.range[1] = highest;
 }
 
-std::byte* RasterWriter::appendRow() {
-    ++rowsWritten_;
-    return appender_.reserve(static_cast<std::size_t>(header_.rowBytes()));
-}
-
 bool RasterWriter::overwriteRow(int32_t row, std::span<const std::byte> bytes) {
     appender_.flush();
     const int64_t position =

@@ -35,7 +35,11 @@ std::span<const std::byte> RecordReader::window(int64_t position, std::size_t by
     if (!inside) {
         const std::size_t wanted = std::max(bytes, kWindowBytes);
         const auto fill = static_cast<std::size_t>(std::min(left, static_cast<int64_t>(wanted)));
-        if (buffer_.size() < fill) buffer_.resize(fill);
+        if (buffer_.size() < fill) {
+            // What it held is not needed any more, and need not be there beside the new one.
+            std::vector<std::byte>().swap(buffer_);
+            buffer_.resize(fill);
+        }
         const int64_t count = file_.readAt(position, {buffer_.data(), fill});
         bufferStart_ = position;
         bufferUsed_ = count < 0 ? 0 : static_cast<std::size_t>(count);

@@ -20,11 +20,11 @@ void addAnnotation(Handle annotation) {
         Status status = kSuccess;
         call(annrd_, annotation, anno, points, room, status);
         if (status > kSuccess) {
-            points.resize(static_cast<std::size_t>(anno.pointCount) * 2);
-            continue;
+            call(annbig_, annotation, box, status);
+        } else if (status == kSuccess) {
+            call(annbox_, anno, points, box);
         }
         if (status != kSuccess) return;
-        call(annbox_, anno, points, box);
         SPXADD(record++, box, status);
     }
 }

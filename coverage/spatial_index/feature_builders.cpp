@@ -1,6 +1,4 @@
 // Indexes of the features that are one file to a coverage, and of the regions, which are polygons.
-#include <vector>
-
 #include "coverage/spatial_index/build.h"
 #include "coverage/spatial_index/builders.h"
 #include "coverage/spatial_index/subclasses.h"
@@ -57,20 +55,11 @@ Status indexArcs(const Name& coverage, const Box& extent) {
     if (status != kSuccess) return kNoFeatures;
     call(arcrec_, arcs, count);
     SPXBGN(count, extent, status);
-    QxArc arc{};
-    int32_t arcNumber = 0;
-    std::vector<double> vertices(1000);
-    for (int32_t record = 1;;) {
-        const auto room = static_cast<int32_t>(vertices.size() / 2);
-        call(arcrd_, arcs, arcNumber, arc, vertices, room, status);
-        if (status > kSuccess) {
-            vertices.resize(static_cast<std::size_t>(arc.vertexCount) * 2);
-            continue;
-        }
+    Box box{};
+    for (int32_t record = 1;; ++record) {
+        call(arcbox_, arcs, box, status);
         if (status != kSuccess) break;
-        Box box;
-        call(boxfd2_, vertices, arc.vertexCount, box);
-        SPXADD(record++, box, status);
+        SPXADD(record, box, status);
     }
     call(arccls_, arcs);
     SPXEND(coverage, "", kArcKind, status);

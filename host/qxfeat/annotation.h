@@ -53,13 +53,16 @@ QX_API void anncls_(const int32_t* handle);
  * many records it holds; annpos_ makes the one of a number, from 1, the next one.
  * annrd_ reads the next annotation, its points into room for capacity pairs.
  *   status 0; -1 behind the last one; 1 if it has more points than there is room for: then record
- *   tells how many, no points are given, and the next call gives the same one again. */
+ *   tells how many, no points are given, and the next call gives the same one again.
+ * annbig_ reads the next annotation, one of three points or more, for its box alone, as annbox_ has
+ *   it: status 0 or -1. */
 QX_API void annopn_(int32_t* handle, const char* coverage, const char* subclass, int32_t* status,
                     int32_t coverageLength, int32_t subclassLength);
 QX_API void annrec_(const int32_t* handle, int32_t* count);
 QX_API void annpos_(const int32_t* handle, const int32_t* number, int32_t* status);
 QX_API void annrd_(const int32_t* handle, AnnoRecord* record, double* points,
                    const int32_t* capacity, int32_t* status);
+QX_API void annbig_(const int32_t* handle, double* box, int32_t* status);
 
 /* The box of an annotation: xmin, ymin, xmax, ymax. The text is taken to be as long as its height
  * for each character; it begins at a single point, runs from the first of two points towards the

@@ -46,9 +46,11 @@ QX_API void CellLyrChannelClose(int32_t channel);
  * alone. */
 QX_API void CellLyrDelete(const char* name);
 
-/* Memory for count elements of the given number of bytes, null if there is none. CFree1 frees it.
+/* Memory for count elements of the given number of bytes, null if there is none. CResize1 makes it
+ * larger: what it held is kept, the rest is not set; on null the old memory stays. CFree1 frees it.
  */
 QX_API void* CAllocate1(int32_t count, int32_t elementBytes);
+QX_API void* CResize1(void* memory, int32_t count, int32_t elementBytes);
 QX_API void CFree1(void* memory);
 
 /* Whether the path is a grid: -1 or 0. */

@@ -84,6 +84,20 @@ std::vector<Case> cases() {
          1, ""},
         {"an arc", "ARC  2\n" + lines(6, "         1") + "   3000000\n" + lines(1500000) + end, 1,
          "", 46},
+        {"an arc with an index",
+         "SIN  2\n*    ARCS\nEOX\nARC  3\n" + lines(6, "         1") + "   3000000\n" +
+             lines(3000000) + end + "IFO  2\nEOI\n",
+         1, "", 46},
+        {"an annotation with an index",
+         "SIN  2\n*    TEXT\nEOX\nTX7  3\nA\n" + blankTx7 + lines(8) + lines(2500000) + "\n" + end +
+             "JABBERWOCKY\nIFO  2\nEOI\n",
+         1, "", 39},
+        {"a row of a lattice", "LAT  2\n  12000000         1\n\n\n" + lines(3000000) + "\n", 1, "",
+         46},
+        {"a row of a grid",
+         "GRD  2\n         1         1 1\n 1.0                  1.0\n\n  12000000.           1.\n" +
+             lines(2400000) + "EOG\n",
+         1, "", 46},
         {"a polygon", "PAL  2\n   3000000\n" + lines(1500000) + "        -1\n", 1, "", 35},
         {"a centroid", "CNT  2\n   8000000\n" + lines(1000000) + "        -1\n", 1, "", 31},
         {"an annotation",
