@@ -172,6 +172,17 @@ TEST_F(Services, ListsGrowByOneAndBitmapsByNeed) {
     call(vclose_, handle);
     const std::string bytes = fileBytes(workspace.path("bits"));
     EXPECT_EQ(bytes.substr(128), std::string("\x80\0\0\0\x40\0\0\0", 8));
+    // One of more bits than are kept in memory, set in no order.
+    for (const int32_t bit : {4000000, 2, 4000001, 65536 * 32 + 1}) call(bitset_, bit, 1, bitmap);
+    call(vcreat_, handle, path("more"), 74, 0, 0, 0, 1, status);
+    call(bitwtr_, handle, 1, bitmap, status);
+    call(vclose_, handle);
+    const std::string more = fileBytes(workspace.path("more")).substr(128);
+    ASSERT_EQ(more.size(), 500004U);
+    EXPECT_EQ(more.substr(0, 8), std::string("\xC0\0\0\0\x40\0\0\0", 8));
+    EXPECT_EQ(more.substr(499996), std::string("\0\0\0\1\x80\0\0\0", 8));
+    EXPECT_EQ(more[65536 * 4], '\x80');
+    EXPECT_EQ(std::count(more.begin(), more.end(), '\0'), 499999);
 }
 
 // Writes records of one or two words each, the n-th of value n.

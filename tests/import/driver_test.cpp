@@ -130,6 +130,8 @@ TEST_F(Driver, NamesThatCannotBeAreRefused) {
     const std::string longName(1025, 'x');
     const std::string file = path("in.e00");
     const std::string dataset = path("DS");
+    const std::string link = path("link");
+    std::filesystem::create_directory_symlink(path("elsewhere"), link);
     const std::string emptyDataset = "Dataset name is empty (IMPSUB)";
     const struct {
         const char* file;
@@ -140,6 +142,7 @@ TEST_F(Driver, NamesThatCannotBeAreRefused) {
         {file.c_str(), "   ", emptyDataset},
         {file.c_str(), nullptr, emptyDataset},
         {file.c_str(), longName.c_str(), "Dataset name is too long (IMPSUB)"},
+        {file.c_str(), link.c_str(), link + " is a symbolic link (IMPSUB)"},
         {"", dataset.c_str(), "Could not open import file.."},
         {nullptr, dataset.c_str(), "Could not open import file.."},
         {longName.c_str(), dataset.c_str(), "Could not open import file.."},

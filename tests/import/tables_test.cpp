@@ -470,6 +470,39 @@ TEST_F(Tables, ThatCannotBeWrittenEndTheImport) {
 }
 
 // Eight imports at the same time lose none of each other's tables.
+TEST_F(Tables, AreListedInALogThatIsKeptShortAndMended) {
+    const std::string one = table("S.ONE", 1, 1, {{"A", 4, 1, 5}}) + "          1\n";
+    std::string text = kCurrent;
+    for (int each = 0; each < 500; ++each) text += one;
+    values(text + kEnd);
+    EXPECT_LT(fileBytes(path("info/catalog")).size(), 5000U);
+    // The last entry was cut short. What comes next takes its place.
+    const std::string catalog = fileBytes(path("info/catalog"));
+    writeFile(path("info/catalog"), catalog + std::string("\0\0\4\0\0\0\0\x9X.B", 11));
+    given(kCurrent + one + table("S.B", 1, 1, {{"A", 4, 1, 5}}) + "          2\n" + kEnd);
+    EXPECT_EQ(import("LAST"), 1);
+    std::vector<std::string> names;
+    for (const json& each : records("table", "LAST")) names.push_back(each["name"]);
+    EXPECT_EQ(names, (std::vector<std::string>{"LAST.ONE", "LAST.B"}));
+    EXPECT_EQ(records("table").size(), 1U);
+}
+
+TEST_F(Tables, AreIndexedInOrderWithoutRoomForAllKeys) {
+    constexpr int kRecords = 150000;
+    std::string text = kCurrent + table("S.A", 1, kRecords, {{"A", 4, 1, 5, 10, -1, 1, 'I'}});
+    for (int number = 0; number < kRecords; ++number) {
+        text += record({{11, std::to_string(number * 7919 % kRecords / 2)}});
+    }
+    given(text + kEnd);
+    ASSERT_EQ(import(), 1);
+    // The keys lie in a record file of 12 bytes a record: a real with its sign turned, a number.
+    const std::string index = fileBytes(path("info/table1.index1")).substr(128);
+    ASSERT_EQ(index.size(), std::size_t{12} * kRecords);
+    for (std::size_t entry = 12; entry < index.size(); entry += 12) {
+        ASSERT_LT(index.compare(entry - 12, 12, index, entry, 12), 0) << entry / 12;
+    }
+}
+
 TEST_F(Tables, OfManyProcessesMeetInOneWorkspace) {
     constexpr int kProcesses = 8;
     constexpr int kTables = 12;
