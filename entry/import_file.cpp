@@ -11,6 +11,7 @@
 #include "host/qxgridio.h"
 #include "intakedl.h"
 #include "stream/report.h"
+#include "stream/types.h"
 
 namespace {
 
@@ -22,10 +23,17 @@ constexpr int32_t kEndedByError = 0;
 // Set while an import runs, in whatever thread.
 std::atomic_flag importRuns = ATOMIC_FLAG_INIT;
 
-// An exception that is no error of the message service has given no message yet.
-void tellException(std::string_view what) {
+// A message that needs no memory. A host's function may need some, and do without the message.
+void tellPlainly(int32_t level, const char* text) {
     try {
-        intake::fatal("The import ended: %1%", what);
+        mesrawC(level, text);
+    } catch (...) {}
+}
+
+// An exception that is no error of the message service has given no message yet.
+void tellException(const std::exception& exception) {
+    try {
+        intake::fatal("The import ended: %1%", std::string_view(exception.what()));
     } catch (...) {}
 }
 
@@ -36,24 +44,26 @@ int32_t guarded(Work work) {
         work();
         return kRanToItsEnd;
     } catch (const std::bad_alloc&) {
-        tellException("out of memory");
+        tellPlainly(QX_FATAL, "The import ended: out of memory");
     } catch (const std::exception& exception) {
-        tellException(exception.what());
+        tellException(exception);
     } catch (...) {}
     return kEndedByError;
 }
 
 std::string_view textOf(const char* text) { return text ? std::string_view(text) : ""; }
 
-}  // namespace
+// Routines do not look at what became of their writes. The first that failed is told here, also
+// where the import has ended by another error by now.
+void tellFailedWrite() {
+    FixedText<QX_FAILURE_PATH> path;
+    FixedText<256> reason;
+    Status status = kSuccess;
+    call(wrfget_, path, reason, status);
+    if (status == kSuccess) error("Could not write %1%: %2%", path, reason);
+}
 
-int32_t ImportFile(const char* interchangePath, const char* datasetName, int32_t quiet) {
-    // A host that calls from a message or from another thread. The import that runs goes on.
-    if (importRuns.test_and_set()) {
-        nonftl("Another import is running in this process.");
-        return kEndedByError;
-    }
-    const Companions companions(quiet);
+int32_t runImport(const char* interchangePath, const char* datasetName) {
     const int32_t result = guarded([&] {
         baseinitC();
         featinitC();
@@ -62,13 +72,26 @@ int32_t ImportFile(const char* interchangePath, const char* datasetName, int32_t
         // The name of what is to be made comes first, although the caller gives it second.
         IMPSUB(textOf(datasetName), textOf(interchangePath), kind);
     });
-    // What an import that was unwound left open.
+    // What an import that was unwound left open. What is buffered reaches the disk, or does not.
     const int32_t released = guarded([] {
         releaseImport();
         gridendC();
         featendC();
         baseendC();
     });
+    return std::min({result, released, guarded(tellFailedWrite)});
+}
+
+}  // namespace
+
+int32_t ImportFile(const char* interchangePath, const char* datasetName, int32_t quiet) {
+    // A host that calls from a message or from another thread. The import that runs goes on.
+    if (importRuns.test_and_set()) {
+        tellPlainly(QX_NONFATAL, "Another import is running in this process.");
+        return kEndedByError;
+    }
+    const Companions companions(quiet);
+    const int32_t result = runImport(interchangePath, datasetName);
     importRuns.clear();
-    return std::min(result, released);
+    return result;
 }

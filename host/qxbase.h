@@ -6,6 +6,7 @@
 #include "host/qxbase/byte_order.h"
 #include "host/qxbase/channels.h"
 #include "host/qxbase/directories.h"
+#include "host/qxbase/failures.h"
 #include "host/qxbase/lists.h"
 #include "host/qxbase/members.h"
 #include "host/qxbase/memory.h"

@@ -17,11 +17,15 @@ extern "C" {
  *                  standard error where there is none); any other value: on standard output
  *
  * Returns 1 when the import ran to its end, also when non-fatal errors were reported on the way;
- * 0 when it was ended by an error, whose message has then been given.
+ * 0 when it was ended by an error, whose message has then been given. A write that fails ends
+ * nothing, so that what can be kept is; once all is done it is told as an error, and the result is
+ * 0. No name, an empty one, and a call while an import is running in the process are refused with a
+ * message and 0.
  *
  * Messages go to standard error unless the host asked for them (mesink_ in host/qxbase/messages.h).
  * What was imported before a failure stays on disk and can be read. Both texts remain the caller's.
- * One import at a time in a process; imports may follow one another. */
+ * One import at a time in a process; imports may follow one another. Signals, locale and current
+ * directory of the process stay what they are, and no file is left open. */
 #if defined(__GNUC__)
 __attribute__((visibility("default")))
 #endif

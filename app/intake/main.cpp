@@ -1,13 +1,43 @@
 #include <unistd.h>
 
+#include <cstdlib>
+#include <exception>
 #include <iostream>
+#include <new>
 #include <string>
 #include <vector>
 
 #include "app/intake/command_line.h"
 
+namespace {
+
+// The last word, which needs no memory.
+void tellOutOfMemory() {
+    static constexpr char kText[] = "intake: out of memory\n";
+    [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, kText, sizeof kText - 1);
+}
+
+// A library that needs memory in order to give some back ends the program here.
+[[noreturn]] void endForWantOfMemory() {
+    try {
+        if (const auto exception = std::current_exception()) std::rethrow_exception(exception);
+    } catch (const std::bad_alloc&) {
+        tellOutOfMemory();
+        ::_exit(program::kEnded);
+    } catch (...) {}
+    std::abort();
+}
+
+}  // namespace
+
 int main(int count, char** arguments) {
+    std::set_terminate(endForWantOfMemory);
     std::ios::sync_with_stdio(false);
     program::Console console{std::cout, std::cerr, ::isatty(STDERR_FILENO) != 0};
-    return program::run(std::vector<std::string>(arguments + 1, arguments + count), console);
+    try {
+        return program::run(std::vector<std::string>(arguments + 1, arguments + count), console);
+    } catch (const std::bad_alloc&) {
+        tellOutOfMemory();
+        return program::kEnded;
+    }
 }

@@ -1,6 +1,7 @@
 #include "app/intake/messages.h"
 
 #include <algorithm>
+#include <new>
 
 #include "host/qxbase.h"
 #include "host/qxfeat.h"
@@ -51,7 +52,11 @@ Listening::Listening(Console& console) : console_(console) {
 }
 
 Listening::~Listening() {
-    endWell();
+    try {
+        endWell();
+    } catch (const std::bad_alloc&) {
+        // The command is over by an exception that is told.
+    }
     mesink_(nullptr, nullptr);
 }
 

@@ -163,7 +163,7 @@ void abytes_(const int32_t* channel, int64_t* bytes) {
 }
 
 void adelet_(const char* name, int32_t* status, int32_t nameLength) {
-    *status = ::unlink(path(name, nameLength).c_str()) == 0 ? 0 : kFailed;
+    *status = store::removeFile(path(name, nameLength)) ? 0 : kFailed;
 }
 
 void aexist_(const char* name, int32_t* status, int32_t nameLength) {
@@ -182,9 +182,11 @@ void scrnam_(char* name, int32_t nameLength) {
     const std::string start = std::string(directory && *directory ? directory : "/tmp") +
                               "/intake." + std::to_string(::getpid()) + ".";
     std::string scratch;
+    constexpr int32_t kMostTries = 1000;
+    const int32_t last = number + kMostTries;
     do {
         scratch = start + std::to_string(++number);
-    } while (store::exists(scratch));
+    } while (number < last && store::exists(scratch));
     qx::textResult(name, nameLength, scratch);
 }
 

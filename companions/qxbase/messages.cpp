@@ -24,9 +24,8 @@ struct Host {
 };
 
 Host host;
-// A call from another thread, to be told that an import is running, finds a queue of its own.
-thread_local std::vector<std::string> values;
-thread_local std::string routine;  // of the next message, empty where it was not named
+std::vector<std::string> values;
+std::string routine;  // of the next message, empty where it was not named
 std::vector<void (*)()> beforeUnwinding;
 
 std::string escaped(std::string_view text) {
@@ -130,6 +129,15 @@ void nonftlC(const char* text) { give(QX_NONFATAL, text, static_cast<int32_t>(st
 void fatalC(const char* text) {
     give(QX_FATAL, text, static_cast<int32_t>(std::strlen(text)));
     unwind();
+}
+
+void mesrawC(int32_t level, const char* text) {
+    if (host.sink) {
+        host.sink(level, text, host.user);
+    } else {
+        std::fputs(text, stderr);
+        std::fputc('\n', stderr);
+    }
 }
 
 void onunwC(void (*function)()) {

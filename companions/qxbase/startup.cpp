@@ -1,7 +1,6 @@
 #include "host/qxbase/startup.h"
 
 #include "companions/qxbase/state.h"
-#include "companions/store/failures.h"
 #include "companions/store/open_files.h"
 
 namespace {
@@ -31,10 +30,10 @@ void flushFiles() { store::flushAll(); }
 
 void baseendC() {
     closeAll();
-    store::tellFailures();
+    qxbase::tellFailedRead();
 }
 
 void baseinitC() {
     closeAll();
-    store::forgetFailures();
+    qxbase::forgetFailures();
 }

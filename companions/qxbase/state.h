@@ -8,6 +8,9 @@
 namespace qxbase {
 
 void clearMessages();
+void forgetFailures();
+// Gives the failed read as a message, if there is one.
+void tellFailedRead();
 void closeChannels();
 void closePlainRecordFiles();
 void closeRecordFiles();

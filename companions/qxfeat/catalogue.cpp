@@ -1,14 +1,11 @@
 #include "companions/qxfeat/catalogue.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
-#include <cstdio>
 
 #include "companions/qxfeat/packed_words.h"
-#include "companions/store/failures.h"
 #include "companions/store/member_names.h"
+#include "host/qxbase/failures.h"
 
 namespace qxfeat {
 
@@ -34,13 +31,14 @@ std::string cataloguePath(const std::string& directory) {
     return store::joinPath(directory, "catalog");
 }
 
-// The table's number, negative for one that was erased.
+// The table's number, negative for one that was erased. Without a name the number is taken and
+// nothing more.
 bool takeEntry(int32_t number, const std::string& name) {
     if (number == 0 || number == INT32_MIN || std::abs(number) == INT32_MAX) return false;
     Catalogue& catalogue = kept.catalogue;
     if (number > 0) {
         if (catalogue.numbers.size() == Catalogue::kMostTables) return false;
-        catalogue.numbers[name] = number;
+        if (!name.empty()) catalogue.numbers[name] = number;
         catalogue.nextNumber = std::max(catalogue.nextNumber, number + 1);
     } else {
         catalogue.numbers.erase(name);
@@ -74,7 +72,7 @@ bool replaceCatalogue() {
         writer << entry.number << std::string_view(entry.name);
     }
     const std::string path = cataloguePath(kept.directory);
-    if (!replaceFile(path, writer.bytes())) return false;
+    if (!store::replaceFile(path, writer.bytes())) return false;
     kept.file = store::File::read(path).identity();
     kept.end = kept.file.size;
     kept.erased = 0;
@@ -119,14 +117,15 @@ const Catalogue& readCatalogue(const std::string& directory) {
     const auto file = store::File::read(path).identity();
     if (file.known() && file == kept.file && directory == kept.directory) return kept.catalogue;
     kept = {};
-    kept.directory = directory;
-    kept.file = file;
     PackedReader reader(path, kMark);
     if (reader.ok()) {
         readEntries(reader);
     } else {
         kept.catalogue.sound = !store::exists(path);
     }
+    if (!kept.catalogue.sound) rdfailC(path.c_str(), 0);
+    kept.directory = directory;
+    kept.file = file;
     return kept.catalogue;
 }
 
@@ -138,12 +137,22 @@ CatalogueLock::CatalogueLock(const std::string& directory)
     held_ = file_.lock();
 }
 
-bool addTable(const std::string& name) {
+bool takeNumber() {
     Catalogue& catalogue = kept.catalogue;
     if (catalogue.nextNumber >= INT32_MAX - 1) return false;
-    if (catalogue.numbers.size() == Catalogue::kMostTables) return false;
     if (!kept.file.known() && !replaceCatalogue()) return false;
-    return addEntry(catalogue.nextNumber, name);
+    return addEntry(catalogue.nextNumber, {});
+}
+
+bool enterTable(const std::string& directory, int32_t number, const std::string& name) {
+    const CatalogueLock lock(directory);
+    const Catalogue& catalogue = readCatalogue(directory);
+    if (!lock.held() || !catalogue.sound) return false;
+    const bool full = catalogue.numbers.size() == Catalogue::kMostTables;
+    if (!full && catalogue.find(name) == 0) return addEntry(number, name);
+    // Another process was faster.
+    wrfailC(cataloguePath(directory).c_str(), full ? ENOSPC : EEXIST);
+    return false;
 }
 
 bool removeTable(const std::string& name) {
@@ -151,19 +160,6 @@ bool removeTable(const std::string& name) {
     // A log that cannot be written anew is as good as it was.
     if (kept.erased > kept.catalogue.numbers.size() + kErasedKept) replaceCatalogue();
     return true;
-}
-
-bool replaceFile(const std::string& path, std::span<const std::byte> bytes) {
-    const std::string fresh = path + ".new";
-    // Left over from a process that was stopped, or planted.
-    ::unlink(fresh.c_str());
-    {
-        store::File file = store::File::create(fresh, store::File::Creation::kMustBeNew);
-        if (!file.isOpen() || !file.writeAt(0, bytes)) return false;
-    }
-    if (std::rename(fresh.c_str(), path.c_str()) == 0) return true;
-    store::rememberFailure(path, errno);
-    return false;
 }
 
 std::string tableFile(const std::string& directory, int32_t number, std::string_view suffix) {

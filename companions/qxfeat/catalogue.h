@@ -1,8 +1,10 @@
 // The catalogue of a workspace's tables: the file that says which tables there are.
 //
 // Tables are kept under numbers, so that a table's name is never part of a path. The catalogue is a
-// log: a table that is defined or erased is one entry behind the others, so that a workspace of
-// many tables is made in a time that grows with their number. It is changed while a lock is held,
+// log: a table that is made or erased is an entry behind the others, so that a workspace of many
+// tables is made in a time that grows with their number. A number is taken when a table is defined;
+// the table is listed when it is closed, so that an import that is killed leaves whole tables in
+// the list and no others. The catalogue is changed while a lock is held,
 // so that several processes can change it at the same time. A reader takes no lock and passes over
 // an entry that is not whole. The lock is the kernel's: a process that dies holding it has let it
 // go.
@@ -10,7 +12,6 @@
 #define COMPANIONS_QXFEAT_CATALOGUE_H
 
 #include <cstdint>
-#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -58,12 +59,13 @@ class CatalogueLock {
 };
 
 // Both change the catalogue that readCatalogue has given last, with the lock held. False if that
-// could not be written; it then stays as it was.
-bool addTable(const std::string& name);
+// could not be written; it then stays as it was. The number taken is what the next one was.
+bool takeNumber();
 bool removeTable(const std::string& name);
 
-// Puts a file in the place of another at once. False, and the old file stays, if that failed.
-bool replaceFile(const std::string& path, std::span<const std::byte> bytes);
+// Lists a table whose files are whole by now. False, and noted as a failed write, if that cannot
+// be.
+bool enterTable(const std::string& directory, int32_t number, const std::string& name);
 
 // The path of a table's file: "def", "dat", "xml", or "index" and the item's number.
 std::string tableFile(const std::string& directory, int32_t number, std::string_view suffix);

@@ -2,7 +2,6 @@
 
 #include "companions/qxfeat/state.h"
 #include "companions/qxfeat/subclasses.h"
-#include "companions/store/failures.h"
 #include "companions/store/member_names.h"
 #include "companions/store/open_files.h"
 #include "companions/store/words.h"
@@ -56,7 +55,7 @@ std::unique_ptr<RecordReader> openFeatures(std::string_view coverage, int32_t co
     const std::string path = store::memberPath(coverage, code, subclass);
     auto reader = RecordReader::open(path);
     if (reader && reader->header().code == code) return reader;
-    if (store::exists(path)) store::rememberDamage(path);
+    if (store::exists(path)) rdfailC(path.c_str(), 0);
     return nullptr;
 }
 
@@ -64,7 +63,6 @@ std::unique_ptr<RecordReader> openFeatures(std::string_view coverage, int32_t co
 
 void featinitC() {
     qxfeat::closeFeatures();
-    store::forgetFailures();
     precision = kDoubleType;
     onunwC(store::flushAll);
 }
@@ -75,7 +73,6 @@ void featendC() {
     qxfeat::closeIndexes();
     qxfeat::closeTables();
     qxfeat::closeTableLists();
-    store::tellFailures();
 }
 
 int32_t cval_(const int32_t* selector) {

@@ -1,10 +1,13 @@
 #include "companions/qxfeat/table.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
+#include <new>
 
 #include "companions/qxfeat/catalogue.h"
 #include "companions/store/member_names.h"
+#include "host/qxbase/failures.h"
 
 namespace qxfeat {
 
@@ -42,13 +45,27 @@ std::unique_ptr<Table> Table::define(const std::string& directory, int32_t numbe
 }
 
 Table::~Table() {
-    Table::flush();
     if (beingWritten == this) beingWritten = nullptr;
+    try {
+        finish();
+    } catch (const std::bad_alloc&) {
+        wrfailC(directory_.c_str(), ENOMEM);
+    }
+}
+
+void Table::finish() {
+    Table::flush();
+    const bool hasFile = writer_ != nullptr;
+    writer_.reset();
+    if (listed_ || changed_) return;
+    // What could not be begun is no file of records.
+    if (!hasFile && store::exists(recordsPath())) store::removeFile(recordsPath());
+    listed_ = enterTable(directory_, number_, definition_.name);
 }
 
 std::unique_ptr<Table> Table::open(const std::string& directory, int32_t number, bool toWrite) {
     std::unique_ptr<Table> table(new Table(directory, number));
-    table->opened_ = true;
+    table->opened_ = table->listed_ = true;
     TableDefinition& definition = table->definition_;
     if (!definition.read(tableFile(directory, number, "def"))) return nullptr;
     if (!definition.externalPath.empty() && !staysInside(definition.externalPath)) return nullptr;

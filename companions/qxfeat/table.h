@@ -22,7 +22,7 @@ inline constexpr int32_t kItemIndexCode = -3;
 class Table : public store::Buffered {
   public:
     // A table that is being defined. Its definition is stored with the first record, when the table
-    // is closed, or before an error unwinds.
+    // is closed, or before an error unwinds; the catalogue lists it once it is closed.
     static std::unique_ptr<Table> define(const std::string& directory, int32_t number,
                                          std::string_view name);
     // One that is there; null if its files cannot be understood.
@@ -58,12 +58,17 @@ class Table : public store::Buffered {
     std::string recordsPath() const;
     std::string indexPath(std::size_t place) const;
     void flush() override;
+    // Whether this is the table of a name that is being defined, and not listed yet.
+    bool defines(const std::string& directory, std::string_view name) const {
+        return !listed_ && directory_ == directory && definition_.name == name;
+    }
 
   private:
     Table(std::string directory, int32_t number)
         : directory_(std::move(directory)), number_(number) {}
     bool startRecords();
     void noteMoved(std::size_t item);
+    void finish();
     bool hasRecords() const { return writer_ || reader_ || opened_; }
 
     struct Moved {
@@ -76,6 +81,7 @@ class Table : public store::Buffered {
     TableDefinition definition_;
     bool changed_ = false;
     bool opened_ = false;
+    bool listed_ = false;
     std::unique_ptr<store::RecordWriter> writer_;
     std::unique_ptr<store::RecordReader> reader_;
     std::vector<std::byte> record_;

@@ -112,7 +112,7 @@ bool TableDefinition::write(const std::string& path) const {
         writer << std::string_view(each.name) << std::string_view(each.alternateName);
         eachNumber([&](int32_t number) { writer << number; }, each);
     }
-    return replaceFile(path, writer.bytes());
+    return store::replaceFile(path, writer.bytes());
 }
 
 bool TableDefinition::read(const std::string& path) {

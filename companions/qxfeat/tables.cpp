@@ -100,12 +100,12 @@ void infdef_(const char* name, const char* directory, const char*, const int32_t
         qx::call(nonftl_, "%1% holds as many tables as it can", -1);
         return;
     }
+    if (tables().findIf([&](const Table& open) { return open.defines(place, wanted); })) return;
     // What a table that was cut off in its definition left under this number is no part of it.
     const int32_t number = catalogue.nextNumber;
     removeFiles(place, number);
-    auto made = Table::define(place, number, wanted);
-    if (!addTable(wanted)) return;
-    *table = tables().add(std::move(made));
+    if (!takeNumber()) return;
+    *table = tables().add(Table::define(place, number, wanted));
     *status = kSuccess;
 }
 

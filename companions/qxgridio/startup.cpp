@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include "companions/qxgridio/state.h"
-#include "companions/store/failures.h"
 #include "companions/store/open_files.h"
 #include "host/qxbase/messages.h"
 #include "host/qxgridio/grids.h"
@@ -53,5 +52,4 @@ void GridIOInit() { qxgridio::flushOnUnwinding(); }
 void gridendC() {
     qxgridio::openRasters().closeAll();
     qxgridio::openStacks().closeAll();
-    store::tellFailures();
 }

@@ -6,9 +6,10 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <utility>
 
-#include "companions/store/failures.h"
+#include "host/qxbase/failures.h"
 
 namespace store {
 
@@ -20,6 +21,32 @@ int openRetrying(const char* path, int flags) {
         descriptor = ::open(path, flags | O_CLOEXEC, 0666);
     } while (descriptor < 0 && errno == EINTR);
     return descriptor;
+}
+
+// Whether it is the machine that failed, and not a name that names nothing, or something else.
+bool ofMachine(int error) {
+    switch (error) {
+        case EEXIST:
+        case ENOENT:
+        case ENOTDIR:
+        case EISDIR:
+        case ELOOP:
+        case ENAMETOOLONG:
+        case EINVAL:
+        case ENXIO:
+            return false;
+        default:
+            return true;
+    }
+}
+
+// The same where nothing is to be written: what may not be looked at is not there.
+bool failedToRead(int error) { return ofMachine(error) && error != EACCES; }
+
+// Passes a result on, and notes a failure to find out about a path.
+bool told(bool result, const std::string& path) {
+    if (!result && failedToRead(errno)) rdfailC(path.c_str(), errno);
+    return result;
 }
 
 }  // namespace
@@ -43,6 +70,7 @@ File File::read(const std::string& path) {
     file.path_ = path;
     file.descriptor_ = openRetrying(path.c_str(), O_RDONLY | O_NONBLOCK);
     file.refuseIrregular();
+    told(file.isOpen(), path);
     return file;
 }
 
@@ -51,6 +79,7 @@ File File::readWrite(const std::string& path) {
     file.path_ = path;
     file.descriptor_ = openRetrying(path.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK);
     file.refuseIrregular();
+    file.noteUnlessOpen();
     return file;
 }
 
@@ -63,25 +92,35 @@ File File::create(const std::string& path, Creation creation) {
     file.descriptor_ =
         openRetrying(path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | flags);
     file.refuseIrregular();
+    file.noteUnlessOpen();
     return file;
 }
 
 void File::refuseIrregular() {
     struct stat information {};
-    if (isOpen() && (::fstat(descriptor_, &information) != 0 || !S_ISREG(information.st_mode))) {
-        close();
-        errno = EINVAL;
-    }
+    if (!isOpen()) return;
+    const int failure = ::fstat(descriptor_, &information) != 0 ? errno
+                        : S_ISREG(information.st_mode)          ? 0
+                                                                : EINVAL;
+    if (failure == 0) return;
+    close();
+    errno = failure;
+}
+
+void File::noteUnlessOpen() const {
+    if (!isOpen() && ofMachine(errno)) wrfailC(path_.c_str(), errno);
 }
 
 int64_t File::size() const {
     struct stat information {};
-    return ::fstat(descriptor_, &information) == 0 ? information.st_size : -1;
+    if (::fstat(descriptor_, &information) == 0) return information.st_size;
+    rdfailC(path_.c_str(), errno);
+    return -1;
 }
 
 File::Identity File::identity() const {
     struct stat information {};
-    if (::fstat(descriptor_, &information) != 0) return {};
+    if (!isOpen() || !told(::fstat(descriptor_, &information) == 0, path_)) return {};
     return {information.st_dev, information.st_ino, information.st_size, information.st_mtim.tv_sec,
             information.st_mtim.tv_nsec};
 }
@@ -92,7 +131,10 @@ int64_t File::readAt(int64_t position, std::span<std::byte> bytes) const {
         const ssize_t count = ::pread(descriptor_, bytes.data() + done, bytes.size() - done,
                                       position + static_cast<int64_t>(done));
         if (count < 0 && errno == EINTR) continue;
-        if (count < 0) return -1;
+        if (count < 0) {
+            rdfailC(path_.c_str(), errno);
+            return -1;
+        }
         if (count == 0) break;
         done += static_cast<std::size_t>(count);
     }
@@ -106,7 +148,7 @@ bool File::writeAt(int64_t position, std::span<const std::byte> bytes) {
                                        position + static_cast<int64_t>(done));
         if (count < 0 && errno == EINTR) continue;
         if (count <= 0) {
-            rememberFailure(path_, count < 0 ? errno : ENOSPC);
+            wrfailC(path_.c_str(), count < 0 ? errno : ENOSPC);
             return false;
         }
         done += static_cast<std::size_t>(count);
@@ -115,9 +157,12 @@ bool File::writeAt(int64_t position, std::span<const std::byte> bytes) {
 }
 
 bool File::truncate(int64_t size) {
-    if (::ftruncate(descriptor_, size) == 0) return true;
-    rememberFailure(path_, errno);
-    return false;
+    int result;
+    do {
+        result = ::ftruncate(descriptor_, size);
+    } while (result != 0 && errno == EINTR);
+    if (result != 0) wrfailC(path_.c_str(), errno);
+    return result == 0;
 }
 
 bool File::lock() {
@@ -125,22 +170,48 @@ bool File::lock() {
     do {
         result = ::flock(descriptor_, LOCK_EX);
     } while (result != 0 && errno == EINTR);
+    if (result != 0) wrfailC(path_.c_str(), errno);
     return result == 0;
 }
 
-void File::close() {
-    if (descriptor_ < 0) return;
+bool File::close() {
+    if (descriptor_ < 0) return true;
     // The descriptor is gone even when close reports an interruption.
-    if (::close(std::exchange(descriptor_, -1)) != 0 && errno != EINTR) {
-        rememberFailure(path_, errno);
-    }
+    if (::close(std::exchange(descriptor_, -1)) == 0 || errno == EINTR) return true;
+    wrfailC(path_.c_str(), errno);
+    return false;
 }
 
-bool makeDirectory(const std::string& path) { return ::mkdir(path.c_str(), 0777) == 0; }
+bool makeDirectory(const std::string& path) {
+    if (::mkdir(path.c_str(), 0777) == 0) return true;
+    if (ofMachine(errno)) wrfailC(path.c_str(), errno);
+    return false;
+}
+
+bool removeFile(const std::string& path) {
+    if (::unlink(path.c_str()) == 0) return true;
+    if (ofMachine(errno)) wrfailC(path.c_str(), errno);
+    return false;
+}
+
+bool replaceFile(const std::string& path, std::span<const std::byte> bytes) {
+    const std::string fresh = path + ".new";
+    // Left over from a process that was stopped, or planted.
+    ::unlink(fresh.c_str());
+    File file = File::create(fresh, File::Creation::kMustBeNew);
+    if (!file.isOpen()) return false;
+    // What cannot be brought to disk whole takes the place of nothing.
+    const bool whole = file.writeAt(0, bytes) && file.close();
+    if (whole && ::rename(fresh.c_str(), path.c_str()) == 0) return true;
+    if (whole) wrfailC(path.c_str(), errno);
+    ::unlink(fresh.c_str());
+    return false;
+}
 
 bool exists(const std::string& path) {
     struct stat information {};
-    return ::lstat(path.c_str(), &information) == 0;
+    // What the machine cannot tell is taken for something, so that nothing takes its place.
+    return told(::lstat(path.c_str(), &information) == 0, path) || failedToRead(errno);
 }
 
 bool isLink(const std::string& path) {
@@ -150,12 +221,12 @@ bool isLink(const std::string& path) {
 
 bool isDirectory(const std::string& path) {
     struct stat information {};
-    return ::lstat(path.c_str(), &information) == 0 && S_ISDIR(information.st_mode);
+    return told(::lstat(path.c_str(), &information) == 0, path) && S_ISDIR(information.st_mode);
 }
 
 bool leadsToDirectory(const std::string& path) {
     struct stat information {};
-    return ::stat(path.c_str(), &information) == 0 && S_ISDIR(information.st_mode);
+    return told(::stat(path.c_str(), &information) == 0, path) && S_ISDIR(information.st_mode);
 }
 
 }  // namespace store

@@ -19,7 +19,9 @@ class File {
     enum class Creation { kAnew, kMustBeNew, kKeep };
 
     // Open a file; on failure the result is not open and errno tells why. Only regular files
-    // are opened. A path that names a symbolic link is followed for reading only.
+    // are opened. A path that names a symbolic link is followed for reading only. What the machine
+    // fails to do, here and below, is noted (host/qxbase/failures.h); a name where no such file is
+    // or can be is left to the caller.
     static File read(const std::string& path);
     static File readWrite(const std::string& path);
     static File create(const std::string& path, Creation creation);
@@ -41,17 +43,19 @@ class File {
 
     // Bytes read from a position: fewer than asked for at the end of the file, -1 on failure.
     int64_t readAt(int64_t position, std::span<std::byte> bytes) const;
-    // Writes all bytes at a position. A failure is remembered (see failures.h).
+    // Writes all bytes at a position.
     bool writeAt(int64_t position, std::span<const std::byte> bytes);
     bool truncate(int64_t size);
     // Waits until no other process has the file locked, and locks it for as long as it is open.
     bool lock();
-    void close();
+    // False if what was written may not have reached the disk.
+    bool close();
 
   private:
     // Whatever has no bytes at a position (a directory, a pipe, a device) is no file, and is not
     // waited for.
     void refuseIrregular();
+    void noteUnlessOpen() const;
 
     int descriptor_ = -1;
     std::string path_;
@@ -59,6 +63,10 @@ class File {
 
 // Makes a directory; false if it is there already or cannot be made.
 bool makeDirectory(const std::string& path);
+// False if there is no such file, or it cannot be removed.
+bool removeFile(const std::string& path);
+// Puts a file in the place of another at once. False, and the old file stays, if that failed.
+bool replaceFile(const std::string& path, std::span<const std::byte> bytes);
 bool exists(const std::string& path);
 bool isLink(const std::string& path);
 // A symbolic link is no directory: what is planted under a dataset's name leads nowhere.

@@ -27,6 +27,14 @@ class HandleTable {
         if (handle < 1 || static_cast<std::size_t>(handle) > objects_.size()) return nullptr;
         return objects_[static_cast<std::size_t>(handle) - 1].get();
     }
+    // The first open object of which something holds, null if there is none.
+    template <class Condition>
+    T* findIf(Condition holds) const {
+        for (const auto& object : objects_) {
+            if (object && holds(*object)) return object.get();
+        }
+        return nullptr;
+    }
     void close(int32_t handle) {
         if (find(handle)) objects_[static_cast<std::size_t>(handle) - 1].reset();
     }

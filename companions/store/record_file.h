@@ -103,13 +103,15 @@ class RecordReader {
     // The next record, good until the next call; false at the end. What a damaged or cut file
     // claims beyond its end is not there.
     bool next(std::span<const std::byte>& record);
-    // Remembers that the file is damaged (see failures.h). A file that ends before its count does
-    // is found out here; what a record must hold only its reader knows.
+    // Remembers that the file is damaged (host/qxbase/failures.h). A file that ends before its
+    // count does is found out here; what a record must hold only its reader knows.
     void noteDamage() const;
     // Makes the record of a number from 1 the next one; false if there is none.
     bool seek(int64_t number);
     // Makes the record that next gave last the next one.
     void again();
+    // Whether the machine failed to read what is there.
+    bool failed() const { return failed_; }
     // Number of the record that next gave last, 0 before the first.
     int64_t number() const { return number_; }
 
@@ -127,6 +129,7 @@ class RecordReader {
     int64_t number_ = 0;
     int64_t lastPosition_ = RecordHeader::kBytes;
     bool counted_ = false;
+    bool failed_;
     std::vector<std::byte> buffer_;
     int64_t bufferStart_ = 0;
     std::size_t bufferUsed_ = 0;

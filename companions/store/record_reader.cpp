@@ -1,9 +1,9 @@
 #include <algorithm>
 #include <cstring>
 
-#include "companions/store/failures.h"
 #include "companions/store/record_file.h"
 #include "companions/store/words.h"
+#include "host/qxbase/failures.h"
 
 namespace store {
 
@@ -14,7 +14,7 @@ constexpr std::size_t kWindowBytes = 256 * 1024;
 }  // namespace
 
 RecordReader::RecordReader(File file, RecordHeader header)
-    : file_(std::move(file)), header_(std::move(header)), size_(file_.size()) {}
+    : file_(std::move(file)), header_(std::move(header)), size_(file_.size()), failed_(size_ < 0) {}
 
 std::unique_ptr<RecordReader> RecordReader::open(const std::string& path) {
     File file = File::read(path);
@@ -41,6 +41,7 @@ std::span<const std::byte> RecordReader::window(int64_t position, std::size_t by
             buffer_.resize(fill);
         }
         const int64_t count = file_.readAt(position, {buffer_.data(), fill});
+        failed_ |= count < 0;
         bufferStart_ = position;
         bufferUsed_ = count < 0 ? 0 : static_cast<std::size_t>(count);
         if (bufferUsed_ < bytes) return {};
@@ -48,7 +49,7 @@ std::span<const std::byte> RecordReader::window(int64_t position, std::size_t by
     return {buffer_.data() + (position - bufferStart_), bytes};
 }
 
-void RecordReader::noteDamage() const { rememberDamage(file_.path()); }
+void RecordReader::noteDamage() const { rdfailC(file_.path().c_str(), 0); }
 
 bool RecordReader::next(std::span<const std::byte>& record) {
     if (header_.count >= 0 && number_ >= header_.count) return false;

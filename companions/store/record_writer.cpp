@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cerrno>
 #include <stdexcept>
 
 #include "companions/store/record_file.h"
@@ -33,6 +34,8 @@ std::unique_ptr<RecordWriter> RecordWriter::goOn(const std::string& path,
         while (reader->next(record)) end += 4 + static_cast<int64_t>(record.size());
         kept.count = reader->number();
     }
+    // Nothing is cut off that only could not be read.
+    if (reader->failed()) return nullptr;
     // The words of a file that was cut off may speak of records that never reached it.
     if (kept.count != claimed) kept.hostBytes = 0;
     if (end != file.size() && !file.truncate(end)) return nullptr;
@@ -43,13 +46,13 @@ std::unique_ptr<RecordWriter> RecordWriter::goOn(const std::string& path,
 
 std::unique_ptr<RecordWriter> RecordWriter::create(const std::string& path,
                                                    const RecordHeader& header, bool append) {
-    if (append && exists(path)) return goOn(path, header);
-    File file = File::create(path, File::Creation::kAnew);
-    if (!file.isOpen()) return nullptr;
     RecordHeader fresh = header;
     fresh.count = 0;
-    std::unique_ptr<RecordWriter> writer(
-        new RecordWriter(std::move(file), RecordHeader::kBytes, fresh));
+    // All memory is there before the file is, so that no file is left without its header.
+    std::unique_ptr<RecordWriter> writer(new RecordWriter({}, RecordHeader::kBytes, fresh));
+    File& file = writer->appender_.file();
+    file = File::create(path, append ? File::Creation::kMustBeNew : File::Creation::kAnew);
+    if (!file.isOpen()) return append && errno == EEXIST ? goOn(path, header) : nullptr;
     writer->begin();
     return writer;
 }

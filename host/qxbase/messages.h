@@ -39,6 +39,10 @@ QX_API void mesrtnC(const char* routine);
 QX_API void nonftlC(const char* text);
 QX_API QX_NORETURN void fatalC(const char* text);
 
+/* Gives a text as it stands and returns, whatever the level. The queue of values is left alone, and
+ * no memory is needed: for a word from another thread, and for one that memory has run out. */
+QX_API void mesrawC(int32_t level, const char* text);
+
 /* Registers a function that error_ and fatal_ call before they unwind: each companion gives one
  * that brings its open files to disk. Registering it again has no effect. It must not throw. */
 QX_API void onunwC(void (*beforeUnwinding)(void));

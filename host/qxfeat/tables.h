@@ -47,7 +47,8 @@ QX_API void infers_(const char* name, const char* directory, const char* prefix,
                     int32_t directoryLength, int32_t prefixLength);
 
 /* Defines a new, empty table, open for its items and records; the INFO directory is made if it is
- * missing. status not 0 if the name is taken or blank, or the catalogue cannot be changed. */
+ * missing. The table is listed, and can be opened by its name, once it is closed. status not 0 if
+ * the name is taken or blank, or the catalogue cannot be changed. */
 QX_API void infdef_(const char* name, const char* directory, const char* prefix,
                     const int32_t* zero, int32_t* table, int32_t* status, int32_t nameLength,
                     int32_t directoryLength, int32_t prefixLength);

@@ -1,0 +1,70 @@
+#include "host/qxbase/failures.h"
+
+#include <algorithm>
+#include <cstring>
+#include <string_view>
+#include <system_error>
+
+#include "companions/qxbase/state.h"
+#include "host/cpp/call.h"
+#include "host/qxbase/messages.h"
+
+namespace {
+
+// Kept without memory of its own, which may be what failed.
+struct Failure {
+    bool happened = false;
+    int32_t error = 0;
+    char path[QX_FAILURE_PATH] = {};
+    std::size_t length = 0;
+
+    void note(std::string_view failed, int32_t reason) {
+        if (happened) return;
+        happened = true;
+        error = reason;
+        failed.remove_prefix(failed.size() - std::min(failed.size(), sizeof path));
+        length = failed.size();
+        std::copy(failed.begin(), failed.end(), path);
+    }
+    std::string_view name() const { return {path, length}; }
+};
+
+Failure write;
+Failure read;
+
+std::string reasonOf(const Failure& failure) {
+    return std::generic_category().message(failure.error);
+}
+
+}  // namespace
+
+namespace qxbase {
+
+void forgetFailures() { write.happened = read.happened = false; }
+
+void tellFailedRead() {
+    if (!read.happened) return;
+    const std::string reason = read.error != 0 ? reasonOf(read) : std::string();
+    read.happened = false;
+    qx::call(meschr_, read.name(), 0);
+    if (reason.empty()) {
+        qx::call(nonftl_, "%1% is damaged and cannot be read to its end", -1);
+    } else {
+        qx::call(meschr_, std::string_view(reason), 0);
+        qx::call(nonftl_, "Could not read %1%: %2%", -1);
+    }
+}
+
+}  // namespace qxbase
+
+void wrfailC(const char* path, int32_t error) { write.note(path, error); }
+
+void rdfailC(const char* path, int32_t error) { read.note(path, error); }
+
+void wrfget_(char* path, char* reason, int32_t* status, int32_t pathLength, int32_t reasonLength) {
+    const bool failed = write.happened;
+    qx::textResult(reason, reasonLength, failed ? reasonOf(write) : std::string());
+    qx::textResult(path, pathLength, failed ? write.name() : std::string_view());
+    write.happened = false;
+    *status = failed ? 0 : -1;
+}

@@ -1,0 +1,105 @@
+#include <algorithm>
+#include <csignal>
+#include <cstdlib>
+
+#include "host/qxbase.h"
+#include "tests/machine/sweep.h"
+
+namespace intake::testing {
+namespace {
+
+namespace fs = std::filesystem;
+
+// One of each kind of section: the seeds of the fuzz targets, and samples of the kinds that have
+// small ones.
+std::vector<std::string> samples() {
+    constexpr std::uintmax_t kLargest = 12'000;
+    std::vector<std::string> paths;
+    for (const char* folder : {"/fuzz/seeds/import", "/samples"}) {
+        for (const auto& each : fs::directory_iterator(INTAKE_SOURCE_DIR + std::string(folder))) {
+            if (each.path().extension() == ".e00" && each.file_size() <= kLargest) {
+                paths.push_back(each.path().string());
+            }
+        }
+    }
+    std::sort(paths.begin(), paths.end());
+    return paths;
+}
+
+class FailingMachine : public SweepTest, public ::testing::WithParamInterface<std::string> {
+  protected:
+    void SetUp() override { begin(GetParam()); }
+
+    // Has the first call of a kind fail, then the next, until an import is left alone.
+    template <class Check>
+    void sweep(const std::string& call, const std::string& what, Check check) {
+        for (int number = 1;; number = next(number)) {
+            const std::string fault = call + ' ' + std::to_string(number) + what;
+            const Ended ended = importAnew(fault);
+            SCOPED_TRACE(fault + ": " + ended.failed);
+            if (ended.signal == 0 && ended.failed.empty()) break;
+            check(ended);
+        }
+    }
+};
+
+// What a call is interrupted in, or does by half, is gone on with.
+TEST_P(FailingMachine, MakesNothingOfInterruptionsAndHalves) {
+    for (const char* what : {" EINTR", " short"}) {
+        for (const char* call : {"read", "write", "open", "make", "truncate", "lock", "close"}) {
+            sweep(call, what, [&](const Ended& ended) {
+                EXPECT_EQ(ended.signal, 0);
+                EXPECT_EQ(ended.result, sound_.result);
+                EXPECT_EQ(ended.messages, sound_.messages);
+                EXPECT_EQ(stored(), soundFiles_);
+            });
+        }
+    }
+}
+
+// Whatever is not as it should be is told, and a lost write ends in 0.
+TEST_P(FailingMachine, TellsWhatFails) {
+    const struct {
+        const char* call;
+        const char* what;
+        bool losesWrites;
+    } plans[] = {
+        {"file", " EIO", false},     {"open", " EMFILE", false},   {"make", " EMFILE", true},
+        {"change", " ENOSPC", true}, {"change", "+ ENOSPC", true}, {"close", " EIO", true},
+        {"read", "+ EIO", false},    {"memory", " ENOMEM", false}, {"memory", "+ ENOMEM", false}};
+    for (const auto& plan : plans) {
+        sweep(plan.call, plan.what, [&](const Ended& ended) {
+            ASSERT_EQ(ended.signal, 0);
+            EXPECT_EQ(ended.leaked, 0);
+            EXPECT_GE(ended.result, 0);
+            const bool same = stored() == soundFiles_ && ended.result == sound_.result;
+            const bool told = ended.worst() >= QX_NONFATAL && ended.messages != sound_.messages;
+            EXPECT_TRUE(same || told) << ::testing::PrintToString(ended.messages);
+            if (plan.losesWrites && !same) {
+                EXPECT_EQ(ended.result, 0) << ::testing::PrintToString(ended.messages);
+            }
+            expectSoundWorkspace();
+        });
+    }
+}
+
+TEST_P(FailingMachine, KillsAndLeavesWholeTables) {
+    sweep("file", " kill", [&](const Ended& ended) {
+        ASSERT_EQ(ended.signal, SIGKILL);
+        expectSoundWorkspace();
+        for (const auto& [name, records] : tables()) {
+            const auto found = soundTables_.find(name);
+            EXPECT_TRUE(found != soundTables_.end() && found->second == records) << name;
+        }
+        const Ended after = importNow("", "NEXT");
+        EXPECT_EQ(after.result, sound_.result);
+        EXPECT_EQ(after.messages.size(), sound_.messages.size());
+        EXPECT_EQ(after.worst(), sound_.worst());
+    });
+}
+
+INSTANTIATE_TEST_SUITE_P(EverySample, FailingMachine, ::testing::ValuesIn(samples()),
+                         [](const auto& sample) { return fs::path(sample.param).stem().string(); });
+
+}  // namespace
+}  // namespace intake::testing
