@@ -3,6 +3,7 @@
 #include <exception>
 #include <new>
 #include <string_view>
+#include <utility>
 
 #include "entry/companions.h"
 #include "entry/import_driver.h"
@@ -37,6 +38,15 @@ void tellException(const std::exception& exception) {
     } catch (...) {}
 }
 
+// An import says so once, however much of its end needs memory.
+bool wantOfMemoryTold = false;
+
+void tellWantOfMemory() {
+    if (!std::exchange(wantOfMemoryTold, true)) {
+        tellPlainly(QX_FATAL, "The import ended: out of memory");
+    }
+}
+
 // Takes every exception. The message service's own has given its message and has no content.
 template <class Work>
 int32_t guarded(Work work) {
@@ -44,7 +54,7 @@ int32_t guarded(Work work) {
         work();
         return kRanToItsEnd;
     } catch (const std::bad_alloc&) {
-        tellPlainly(QX_FATAL, "The import ended: out of memory");
+        tellWantOfMemory();
     } catch (const std::exception& exception) {
         tellException(exception);
     } catch (...) {}
@@ -64,7 +74,8 @@ void tellFailedWrite() {
 }
 
 int32_t runImport(const char* interchangePath, const char* datasetName) {
-    const int32_t result = guarded([&] {
+    wantOfMemoryTold = false;
+    int32_t result = guarded([&] {
         baseinitC();
         featinitC();
         rearmImport();
@@ -73,13 +84,10 @@ int32_t runImport(const char* interchangePath, const char* datasetName) {
         IMPSUB(textOf(datasetName), textOf(interchangePath), kind);
     });
     // What an import that was unwound left open. What is buffered reaches the disk, or does not.
-    const int32_t released = guarded([] {
-        releaseImport();
-        gridendC();
-        featendC();
-        baseendC();
-    });
-    return std::min({result, released, guarded(tellFailedWrite)});
+    for (auto* step : {releaseImport, gridendC, featendC, baseendC, tellFailedWrite}) {
+        result = std::min(result, guarded(step));
+    }
+    return result;
 }
 
 }  // namespace

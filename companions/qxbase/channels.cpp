@@ -132,7 +132,8 @@ void aatend_(const int32_t* channel, int32_t* ended) {
 void arewnd_(const int32_t* channel, int32_t* status) {
     *status = kFailed;
     TextChannel* found = channels.find(*channel);
-    if (!found) return;
+    // One that could not be emptied is neither read nor written any more.
+    if (!found || (!found->writer && !found->reader)) return;
     if (found->writer) {
         store::File file = found->writer->release();
         found->writer.reset();

@@ -20,7 +20,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr char kOther[] = INTAKE_SOURCE_DIR "/fuzz/seeds/import/metadata.e00";
+// A sweep makes thousands of workspaces: in memory where that can be.
+const bool inMemory = fs::is_directory("/dev/shm") && ::setenv("TMPDIR", "/dev/shm", 0) == 0;
 
 int openDescriptors() {
     int count = 0;
@@ -96,6 +97,10 @@ Tree filesBelow(const std::string& folder) {
 
 }  // namespace
 
+std::string seed(const std::string& name) {
+    return INTAKE_SOURCE_DIR "/fuzz/seeds/import/" + name + ".e00";
+}
+
 int32_t Ended::worst() const {
     int32_t level = 0;
     for (const Message& message : messages) level = std::max(level, message.level);
@@ -110,7 +115,7 @@ void SweepTest::begin(const std::string& sample) {
     for (std::string part; std::getline(text, part, '\f'); ++volume) {
         writeFile(path("now/in.e0") + std::to_string(volume), part);
     }
-    ASSERT_EQ(ImportFile(kOther, path("now/space/OTHER").c_str(), 1), 1);
+    ASSERT_EQ(ImportFile(seed("metadata").c_str(), path("now/space/OTHER").c_str(), 1), 1);
     other_ = stored();
     fs::rename(path("now"), path("start"));
     sound_ = importAnew("");
@@ -128,15 +133,16 @@ void SweepTest::begin(const std::string& sample) {
 Ended SweepTest::importAnew(const std::string& fault) {
     fs::remove_all(path("now"));
     fs::copy(path("start"), path("now"), fs::copy_options::recursive);
-    return importNow(fault, "DS");
+    return importNow(fault, "DS", path("now/in.e00"));
 }
 
-Ended SweepTest::importNow(const std::string& fault, const std::string& dataset) {
+Ended SweepTest::importNow(const std::string& fault, const std::string& dataset,
+                           const std::string& file) {
     int pipe[2];
     if (::pipe(pipe) != 0) throw std::runtime_error("no pipe");
     const std::string target = path("now/space/") + dataset;
     const pid_t child = ::fork();
-    if (child == 0) importAndSend(pipe[1], fault, path("now"), path("now/in.e00"), target);
+    if (child == 0) importAndSend(pipe[1], fault, path("now"), file, target);
     ::close(pipe[1]);
     Ended ended = understood(received(pipe[0]));
     ::close(pipe[0]);

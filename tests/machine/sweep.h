@@ -10,6 +10,9 @@
 
 namespace intake::testing {
 
+// The path of a seed of the fuzz targets.
+std::string seed(const std::string& name);
+
 // How an import in another process ended.
 struct Ended {
     int signal = 0;      // that ended the process, 0 for none
@@ -32,7 +35,7 @@ class SweepTest : public ProgramTest {
     void begin(const std::string& sample);
     // Puts the workspace back to its start and imports with a fault (see faults.h), or none.
     Ended importAnew(const std::string& fault);
-    Ended importNow(const std::string& fault, const std::string& dataset);
+    Ended importNow(const std::string& fault, const std::string& dataset, const std::string& file);
 
     // What always holds afterwards: the other dataset as it was, the catalogue of whole tables, and
     // a dataset that can be read or is said not to be.
