@@ -5,6 +5,7 @@
 #include <functional>
 #include <new>
 
+#include "app/intake/dataset.h"
 #include "app/intake/draw/draw.h"
 #include "app/intake/dump/dump.h"
 #include "app/intake/import.h"
@@ -69,7 +70,13 @@ void addImport(CLI::App& app, Console& console, int& status) {
 template <class Work>
 int reading(Console& console, Work work) {
     Listening listening(console);
-    work();
+    try {
+        work();
+    } catch (const NoDataset&) {
+        // A file that cannot be read says why none was found.
+        if (listening.endWell()) throw;
+        return kEnded;
+    }
     console.output.flush();
     if (!console.output) throw std::runtime_error("could not write the output");
     return listening.endWell() ? kDone : kEnded;

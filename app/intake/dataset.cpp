@@ -170,10 +170,10 @@ Dataset findDataset(const std::string& path, const std::string& kind) {
         if (kind == each.kind && each.mayBe(path)) return {path, lastName(path), kind};
     }
     const std::vector<std::string> kinds = kindsOf(path);
-    if (kinds.empty()) throw std::runtime_error(path + ": no dataset of this name");
+    if (kinds.empty()) throw NoDataset(path + ": no dataset of this name");
     if (!kind.empty()) {
         if (std::find(kinds.begin(), kinds.end(), kind) == kinds.end()) {
-            throw std::runtime_error(path + ": no " + kind);
+            throw NoDataset(path + ": no " + kind);
         }
         return {path, lastName(path), kind};
     }

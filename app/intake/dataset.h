@@ -3,6 +3,7 @@
 #define APP_INTAKE_DATASET_H
 
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -18,9 +19,13 @@ struct Dataset {
 // font or a text file does not say what it is, so there may be several. Empty if nothing is there.
 std::vector<std::string> kindsOf(const std::string& path);
 
+struct NoDataset : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
 // The dataset at a path. kind, if it is not empty, says what it is taken for. Throws a
-// std::runtime_error whose text is for the user where there is none, where the kind does not fit,
-// or where more than one kind fits and none was said.
+// std::runtime_error whose text is for the user: a NoDataset where there is none or the kind does
+// not fit, another where more than one kind fits and none was said.
 Dataset findDataset(const std::string& path, const std::string& kind);
 
 }  // namespace program

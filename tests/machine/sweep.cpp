@@ -20,9 +20,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// A sweep makes thousands of workspaces: in memory where that can be.
-const bool inMemory = fs::is_directory("/dev/shm") && ::setenv("TMPDIR", "/dev/shm", 0) == 0;
-
 int openDescriptors() {
     int count = 0;
     for (int file = 0; file < 256; ++file) count += ::fcntl(file, F_GETFD) != -1;
