@@ -49,15 +49,28 @@ class Report {
         object["result"] = result;
         object["messages"] = messages_;
         object["sections"] = sections_;
+        if (leftOut_ != 0) object["leftOut"] = leftOut_;
         return object;
     }
 
   private:
+    // A file may give rise to any number; the object holds the first ones and tells of the others.
+    template <class Make>
+    void keep(nlohmann::ordered_json& list, Make make) {
+        constexpr std::size_t kMostKept = 100000;
+        if (!options_.json) return;
+        if (list.size() < kMostKept) {
+            list.push_back(make());
+        } else {
+            ++leftOut_;
+        }
+    }
+
     void message(int32_t level, std::string_view text) {
         worst_ = std::max(worst_, level);
-        if (options_.json) {
-            messages_.push_back({{"level", levelName(level)}, {"text", toUtf8(text)}});
-        }
+        keep(messages_, [&]() -> nlohmann::ordered_json {
+            return {{"level", levelName(level)}, {"text", toUtf8(text)}};
+        });
         if (options_.quiet && level < QX_NONFATAL) return;
         progress_.clear();
         printMessage(console_, level, text);
@@ -68,8 +81,10 @@ class Report {
             kind_ = code;
             return;
         }
-        if (event == QX_SECTION_ENDS && options_.json) {
-            sections_.push_back({{"code", code}, {"lines", lines}});
+        if (event == QX_SECTION_ENDS) {
+            keep(sections_, [&]() -> nlohmann::ordered_json {
+                return {{"code", code}, {"lines", lines}};
+            });
         }
         progress_.show(code, bytes);
     }
@@ -78,6 +93,7 @@ class Report {
     Console& console_;
     ProgressLine progress_;
     int32_t worst_ = 0;
+    int64_t leftOut_ = 0;
     std::string kind_;
     nlohmann::ordered_json messages_ = nlohmann::ordered_json::array();
     nlohmann::ordered_json sections_ = nlohmann::ordered_json::array();

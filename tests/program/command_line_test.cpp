@@ -82,6 +82,15 @@ TEST_F(CommandLine, AnImportTellsItsMessagesAndItsOutcome) {
               "error: Could not open import file..\n");
 }
 
+TEST_F(CommandLine, TheOutcomeOfAFloodOfSectionsIsCut) {
+    std::string text = "EXP  0 X\n";
+    for (int section = 0; section < 100002; ++section) text += "SIN  2\nEOX\n";
+    given(text + "EOS\n");
+    const json told = run({"import", "--json", "--quiet", "@in.e00", "@DS"}).object();
+    EXPECT_EQ(told["sections"].size(), 100000U);
+    EXPECT_EQ(told["leftOut"], 2);
+}
+
 TEST_F(CommandLine, ANonFatalErrorIsThree) {
     given("EXP  0 X\nNXY  2\nEOS\n");
     const Outcome outcome = run({"import", "--quiet", "--json", "@in.e00", "@DS"});
