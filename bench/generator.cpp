@@ -75,27 +75,52 @@ void polygon(std::string& text, uint64_t) {
     for (int side = 0; side < 4; ++side) single(text, coordinate());
     text += '\n';
     for (int64_t side = 0; side < kSides; ++side) {
-        for (int field = 0; field < 3; ++field) integer(text, below(1000000));
+        // An arc that is gone along from its end has a negative number.
+        integer(text, (below(2) == 0 ? 1 : -1) * below(1000000));
+        for (int field = 0; field < 2; ++field) integer(text, below(1000000));
         if (side % 2 == 1) text += '\n';
     }
 }
 
-constexpr int kCellsInLine = 5;
-
-void floatCells(std::string& text, uint64_t) {
-    for (int cell = 0; cell < kCellsInLine; ++cell) single(text, 1000 + coordinate());
-    text += '\n';
-}
-void integerCells(std::string& text, uint64_t) {
-    for (int cell = 0; cell < kCellsInLine; ++cell) {
-        print(text, "%14lld", static_cast<long long>(below(100000)));
+// Two points, no leaders, a text of 20 characters.
+void annotation(std::string& text, uint64_t number) {
+    for (const uint64_t field : {number % 1000 + 1, number % 7, 2UL, 0UL, 1UL, 1UL, 20UL, 0UL}) {
+        integer(text, static_cast<int64_t>(field));
+    }
+    for (int table = 0; table < 2; ++table) {
+        for (int index = 0; index < 20; ++index) {
+            if (index % 7 == 0) text += '\n';
+            integer(text, index < 2 ? 20 : 0);
+        }
     }
     text += '\n';
-}
-void latticeCells(std::string& text, uint64_t) {
-    for (int cell = 0; cell < 4; ++cell) single(text, 1000 + coordinate());
+    single(text, 0.5);
     text += '\n';
+    for (int value = 0; value < 3; ++value) single(text, 0.25 * (value + 1));
+    for (int point = 0; point < 2; ++point) {
+        text += '\n';
+        single(text, coordinate());
+        single(text, coordinate());
+    }
+    text += "\nA name along a river\n";
 }
+
+// A row of a raster.
+constexpr int kRowLines = 100;
+
+void row(std::string& text, int cellsInLine, void (*cell)(std::string&)) {
+    for (int line = 0; line < kRowLines; ++line) {
+        for (int each = 0; each < cellsInLine; ++each) cell(text);
+        text += '\n';
+    }
+}
+void height(std::string& text) { single(text, 1000 + coordinate()); }
+void code(std::string& text) {
+    print(text, "%14lld", static_cast<long long>(below(110000) - 10000));
+}
+void floatCells(std::string& text, uint64_t) { row(text, 5, height); }
+void integerCells(std::string& text, uint64_t) { row(text, 5, code); }
+void latticeCells(std::string& text, uint64_t) { row(text, 4, height); }
 
 // A record of 128 columns: two integers, six reals, a text of 22.
 void tableRecord(std::string& text, uint64_t number) {
@@ -126,6 +151,10 @@ std::vector<std::string> tableItems() {
     return lines;
 }
 
+RecordLayout rowLayout(const Fields& fields) {
+    return {std::vector<LineLayout>(kRowLines, {fields}), -1, {}, 1};
+}
+
 // A prologue has %r where the number of rows stands (10 columns), %R where it stands as a real.
 const std::vector<Kind>& allKinds() {
     static const std::vector<Kind> all = {
@@ -148,35 +177,52 @@ const std::vector<Kind>& allKinds() {
          "PAL  2",
          {kSevenEnd},
          polygon},
+        {"annotation",
+         {"LEVEL1       "},
+         {{{{8, 'I', 10}},
+           {{7, 'I', 10}},
+           {{7, 'I', 10}},
+           {{6, 'I', 10}},
+           {{7, 'I', 10}},
+           {{7, 'I', 10}},
+           {{6, 'I', 10}},
+           {{1, 'E', 14}},
+           {{3, 'E', 14}},
+           {{2, 'E', 14}},
+           {{2, 'E', 14}},
+           {{1, 'A', 20}}},
+          -1,
+          {},
+          1},
+         "TX7  2",
+         {kSevenEnd, "JABBERWOCKY"},
+         annotation},
         {"grid_5E14.7",
-         {"         5        %r 2-3.40282346638529E+38",
+         {"       500        %r 2-3.40282346638529E+38",
           " 1.00000000000000E+00 1.00000000000000E+00",
-          " 0.00000000000000E+00 0.00000000000000E+00", " 5.00000000000000E+00%R"},
-         {{{{5, 'E', 14}}}, -1, {}, 1},
+          " 0.00000000000000E+00 0.00000000000000E+00", " 5.00000000000000E+02%R"},
+         rowLayout({5, 'E', 14}),
          "GRD  2",
          {"EOG"},
          floatCells},
         {"grid_5I14",
-         {"         5        %r 1-2.14748364700000E+09",
+         {"       500        %r 1-2.14748364700000E+09",
           " 1.00000000000000E+00 1.00000000000000E+00",
-          " 0.00000000000000E+00 0.00000000000000E+00", " 5.00000000000000E+00%R"},
-         {{{{5, 'I', 14}}}, -1, {}, 1},
+          " 0.00000000000000E+00 0.00000000000000E+00", " 5.00000000000000E+02%R"},
+         rowLayout({5, 'I', 14}),
          "GRD  2",
          {"EOG"},
          integerCells},
         {"lattice",
-         {"         4        %r", " 0.0000000E+00 0.0000000E+00 1.0000000E+00 1.0000000E+00",
+         {"       400        %r", " 0.0000000E+00 0.0000000E+00 1.0000000E+00 1.0000000E+00",
           " 0.0000000E+00 2.0000000E+03"},
-         {{{{4, 'E', 14}}}, -1, {}, 1},
+         rowLayout({4, 'E', 14}),
          "LAT  2",
-         {""},
+         {"EOS"},
          latticeCells},
         {"table_128",
          {},
-         {{{{2, 'I', 11}, {4, 'E', 14}, {1, 'A', 2}}, {{1, 'A', 12}, {1, 'E', 14}, {1, 'A', 22}}},
-          -1,
-          {},
-          1},
+         {{{{2, 'I', 11}, {6, 'E', 14}, {1, 'A', 22}}}, -1, {}, 1, 2},
          "IFO  2",
          {"EOI"},
          tableRecord},
@@ -195,10 +241,10 @@ const Kind& kind(const std::string& name) {
     throw std::out_of_range(name);
 }
 
-std::string generate(const Kind& kind, std::size_t bytes) {
+Generated generate(const Kind& kind, std::size_t bytes) {
     engine.seed(20180621);
     std::string body;
-    body.reserve(bytes + 4096);
+    body.reserve(bytes + 8192);
     uint64_t records = 0;
     while (body.size() < bytes) kind.record(body, ++records);
 
@@ -222,7 +268,7 @@ std::string generate(const Kind& kind, std::size_t bytes) {
     }
     text += body;
     for (const std::string& line : kind.epilogue) text += line + "\n";
-    return text + "EOS\n";
+    return {text + "EOS\n", records};
 }
 
 }  // namespace bench

@@ -27,6 +27,7 @@ struct RecordLayout {
     int countField = -1;  // which field of the first line, from 0
     LineLayout detail;
     int detailsInLine = 1;
+    int joinedLines = 1;  // lines of 80 columns that make one head line
 };
 
 struct Kind {
@@ -43,7 +44,11 @@ std::span<const Kind> kinds();
 const Kind& kind(const std::string& name);
 
 // A whole file of about so many bytes.
-std::string generate(const Kind& kind, std::size_t bytes);
+struct Generated {
+    std::string text;
+    uint64_t records;
+};
+Generated generate(const Kind& kind, std::size_t bytes);
 
 }  // namespace bench
 

@@ -1,6 +1,7 @@
-// A whole import to a workspace on disk, beside a plain reader of the same lines.
+// A whole import to a workspace on disk, beside plain readers of the same lines.
 #include <fstream>
 
+#include "bench/fortran_reader.h"
 #include "bench/generator.h"
 #include "bench/measure.h"
 #include "bench/plain_reader.h"
@@ -29,39 +30,79 @@ void compress(const std::string& text, const fs::path& path) {
     baseendC();
 }
 
-// One kind in one form: checked once, then timed.
-void compare(const Kind& kind, bool compressed) {
-    const std::string what = std::string("import/") + kind.name + (compressed ? "_compressed" : "");
-    const fs::path plain = folder() / (std::string(kind.name) + ".e00");
-    const fs::path packed = folder() / (std::string(kind.name) + "_packed.e00");
-    const std::size_t wish = importBytes();
-    // Made when it is first asked for, so that a filter does not wait for the others.
-    const auto prepare = [=, &kind] {
-        if (fs::exists(compressed ? packed : plain)) return;
-        const std::string text = generate(kind, wish);
-        std::ofstream(plain, std::ios::binary) << text;
-        if (compressed) compress(text, packed);
-        clearWorkspace();
-        import(compressed ? packed : plain);
-        require(storedBytes() > text.size() / 20, "the records are stored");
-        require(readPlainly(plain, kind, folder() / "plain") > 0, "the plain reader finds records");
-    };
-    Comparison comparison(what, wish);
+std::string withReturns(const std::string& text) {
+    std::string result;
+    result.reserve(text.size() + text.size() / 40);
+    for (const char character : text) {
+        if (character == '\n') result += '\r';
+        result += character;
+    }
+    return result;
+}
+
+enum class Form { kPlain, kCompressed, kReturns };
+constexpr const char* kFormNames[] = {"", "_compressed", "_returns"};
+
+fs::path fileOf(const Kind& kind, Form form) {
+    return folder() / (kind.name + std::string(kFormNames[static_cast<int>(form)]) + ".e00");
+}
+
+// Writes the file and sees what becomes of it. Returns its bytes.
+std::size_t prepare(const Kind& kind, Form form) {
+    const auto [text, records] = generate(kind, importBytes());
+    const fs::path path = fileOf(kind, form);
+    switch (form) {
+        case Form::kPlain:
+            std::ofstream(path, std::ios::binary) << text;
+            break;
+        case Form::kCompressed:
+            compress(text, path);
+            break;
+        case Form::kReturns:
+            std::ofstream(path, std::ios::binary) << withReturns(text);
+            std::ofstream(fileOf(kind, Form::kPlain), std::ios::binary) << text;
+            break;
+    }
+    clearWorkspace();
+    import(path);
+    require(storedBytes() > text.size() / 20, "the records are stored");
+    const bool packed = form == Form::kCompressed;
+    require(readPlainly(path, kind, folder() / "plain", packed) == records,
+            "the plain reader finds all records");
+    return fs::file_size(path);
+}
+
+// One kind in one form: checked once, then timed. A megabyte is one of the file as it stands.
+void compare(const Kind& kind, Form form) {
+    const fs::path file = fileOf(kind, form);
+    const fs::path output = folder() / "plain";
+    Comparison comparison(std::string("import/") + kind.name + kFormNames[static_cast<int>(form)]);
+    comparison.around([=, &kind] { return prepare(kind, form); },
+                      [=, &kind] {
+                          clearWorkspace();
+                          for (const Form each : {form, Form::kPlain}) {
+                              fs::remove(fileOf(kind, each));
+                          }
+                      });
+    comparison.add("C", [=, &kind] { readPlainly(file, kind, output, form == Form::kCompressed); });
+    if (form == Form::kPlain && fortranReads(kind)) {
+        comparison.add("Fortran", [=, &kind] { readByFortran(file, kind, output); });
+    }
+    if (form == Form::kReturns) {
+        comparison.add(
+            "newlines", [=, &kind] { import(fileOf(kind, Form::kPlain)); }, clearWorkspace);
+    }
     comparison.add(
-        "plain", [=, &kind] { readPlainly(plain, kind, folder() / "plain"); }, prepare);
-    comparison.add(
-        "intake", [=] { import(compressed ? packed : plain); },
-        [=] {
-            prepare();
-            clearWorkspace();
-        });
+        "intake", [=] { import(file); }, clearWorkspace);
+    comparison.rounds(importRounds()).run();
 }
 
 }  // namespace
 
 void registerImports() {
-    for (const Kind& each : kinds()) compare(each, false);
-    compare(kind("arcs_4E14.7"), true);
+    for (const Kind& each : kinds()) compare(each, Form::kPlain);
+    compare(kind("arcs_4E14.7"), Form::kCompressed);
+    compare(kind("arcs_4E14.7"), Form::kReturns);
 }
 
 }  // namespace bench

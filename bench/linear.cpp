@@ -195,9 +195,9 @@ double secondsFor(const Row& row, int n, int tries) {
     double best = 0;
     for (int attempt = 0; attempt < tries; ++attempt) {
         clearWorkspace();
-        const double start = cpuSeconds();
+        const double start = now().cpu;
         import(file, "FONT");
-        const double taken = cpuSeconds() - start;
+        const double taken = now().cpu - start;
         best = attempt == 0 ? taken : std::min(best, taken);
     }
     return best;

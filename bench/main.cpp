@@ -11,6 +11,7 @@ int main(int argc, char** argv) {
         bench::registerGridMemory();
         bench::registerIndex();
         bench::registerLinear();
+        bench::registerProgram();
     } catch (const std::exception& exception) {
         std::fprintf(stderr, "%s\n", exception.what());
         return 1;

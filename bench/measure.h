@@ -1,85 +1,68 @@
-// One way to time everything: CPU time of the process, bytes of interchange text per second, and
-// how many times as fast as the plain way, which is measured first in the same run.
+// What the benchmarks share: time, checks, and comparisons that are measured in rounds.
 #ifndef BENCH_MEASURE_H
 #define BENCH_MEASURE_H
 
 #include <benchmark/benchmark.h>
-#include <time.h>
 
-#include <cstdlib>
-#include <map>
+#include <cstddef>
+#include <functional>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace bench {
 
-inline double cpuSeconds() {
-    timespec time{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
-}
+// Of the process, and of the clock on the wall.
+struct Seconds {
+    double cpu;
+    double wall;
+};
+Seconds now();
 
 // Megabytes of text for a whole import, from the environment: INTAKE_BENCH_MB.
-inline std::size_t importBytes() {
-    const char* wish = std::getenv("INTAKE_BENCH_MB");
-    const long megabytes = wish ? std::strtol(wish, nullptr, 10) : 0;
-    return static_cast<std::size_t>(megabytes > 0 ? megabytes : 4) << 20;
-}
-
-// Registers WHAT/plain and then WHAT/NAME for each of ours. Each body handles `bytes` of text once;
-// between gets what the last run left behind out of the way.
-class Comparison {
-  public:
-    Comparison(std::string what, std::size_t bytes) : what_(std::move(what)), bytes_(bytes) {}
-
-    template <class Body, class Between>
-    void add(const std::string& name, Body body, Between between) {
-        benchmark::RegisterBenchmark(
-            (what_ + "/" + name).c_str(),
-            [what = what_, bytes = bytes_, name, body, between](benchmark::State& state) {
-                double seconds = 0;
-                try {
-                    for (auto _ : state) {
-                        between();
-                        const double start = cpuSeconds();
-                        body();
-                        const double taken = cpuSeconds() - start;
-                        state.SetIterationTime(taken);
-                        seconds += taken;
-                    }
-                } catch (const std::exception& exception) {
-                    state.SkipWithError(exception.what());
-                    return;
-                }
-                const auto runs = static_cast<double>(state.iterations());
-                state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(bytes));
-                std::map<std::string, double>& plainSeconds = plainSecondsOf();
-                if (name == "plain") plainSeconds[what] = seconds / runs;
-                if (plainSeconds.count(what) != 0) {
-                    state.counters["times_plain"] = plainSeconds[what] / (seconds / runs);
-                }
-            })
-            ->UseManualTime()
-            ->Unit(benchmark::kMillisecond);
-    }
-    template <class Body>
-    void add(const std::string& name, Body body) {
-        add(name, body, [] {});
-    }
-
-  private:
-    static std::map<std::string, double>& plainSecondsOf() {
-        static std::map<std::string, double> seconds;
-        return seconds;
-    }
-
-    std::string what_;
-    std::size_t bytes_;
-};
+std::size_t importBytes();
+// How often each way of a whole import is timed, from the environment: INTAKE_BENCH_ROUNDS.
+int importRounds();
 
 inline void require(bool holds, const std::string& what) {
     if (!holds) throw std::runtime_error("wrong result: " + what);
 }
+
+// Several ways to handle the same `bytes` of text, timed in turns: the first, the second, ... the
+// first again, so that a busy machine hurts all of them. What counts is the best time of each. The
+// benchmark's counters tell for each way its megabytes a second, and for the last one, which is
+// ours, how many times as fast as each other it is, by the CPU time of the process and by the wall.
+class Comparison {
+  public:
+    using Step = std::function<void()>;
+
+    explicit Comparison(std::string what, std::size_t bytes = 0)
+        : what_(std::move(what)), bytes_(bytes) {}
+
+    // Between runs before each turn and is not timed.
+    Comparison& add(
+        const std::string& name, Step body, Step between = [] {});
+    // Before runs once ahead of all turns and gives the bytes; after runs once behind them.
+    Comparison& around(std::function<std::size_t()> before, Step after);
+    // So many rounds instead of as many as it takes to be sure.
+    Comparison& rounds(int count);
+    void run() const;
+
+  private:
+    struct Way {
+        std::string name;
+        Step body;
+        Step between;
+    };
+    static void measure(benchmark::State& state, const Comparison& comparison);
+
+    std::string what_;
+    std::size_t bytes_;
+    std::vector<Way> ways_;
+    std::function<std::size_t()> before_ = [bytes = bytes_] { return bytes; };
+    Step after_ = [] {};
+    int rounds_ = 0;
+};
 
 // Each file registers its own.
 void registerFields();
@@ -89,6 +72,7 @@ void registerTin();
 void registerGridMemory();
 void registerIndex();
 void registerLinear();
+void registerProgram();
 
 }  // namespace bench
 

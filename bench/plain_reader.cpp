@@ -6,6 +6,8 @@
 #include <memory>
 #include <stdexcept>
 
+#include "bench/packed_lines.h"
+
 namespace bench {
 
 namespace {
@@ -60,16 +62,19 @@ int32_t plainInteger(const char* field, int width) {
     return static_cast<int32_t>(std::strtol(text, nullptr, 10));
 }
 
-uint64_t readPlainly(const std::string& path, const Kind& kind, const std::string& output) {
+uint64_t readPlainly(const std::string& path, const Kind& kind, const std::string& output,
+                     bool packed) {
     const File input = openFile(path, "rb");
     const File result = openFile(output, "wb");
     char line[kLongestLine];
+    PackedLines packedLines(input.get());
     const auto next = [&] {
-        std::memset(line, ' ', sizeof line - 1);
+        if (packed) return packedLines.next(line, 160);
         return std::fgets(line, sizeof line, input.get()) != nullptr;
     };
     const bool table = std::strncmp(kind.header, "IFO", 3) == 0;
-    std::size_t passed = 2 + kind.prologue.size() + (table ? 10 : 0);
+    std::fgets(line, sizeof line, input.get());
+    std::size_t passed = 1 + kind.prologue.size() + (table ? 10 : 0);
     while (passed-- > 0) next();
     const std::string end = kind.epilogue.front();
     uint64_t records = 0;
@@ -79,6 +84,10 @@ uint64_t readPlainly(const std::string& path, const Kind& kind, const std::strin
         int32_t details = 0;
         for (std::size_t index = 0; index < kind.layout.head.size(); ++index) {
             if (index > 0) next();
+            for (int joined = 1; joined < kind.layout.joinedLines; ++joined) {
+                char* const behind = line + 80 * joined;
+                std::fgets(behind, static_cast<int>(line + sizeof line - behind), input.get());
+            }
             const int countField = index == 0 ? kind.layout.countField : -1;
             const int32_t count = convert(line, kind.layout.head[index], countField, result.get());
             if (index == 0) details = count;

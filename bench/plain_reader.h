@@ -9,9 +9,10 @@
 
 namespace bench {
 
-// Reads the records of a generated file and writes their numbers and texts to another file.
-// Returns how many records there were.
-uint64_t readPlainly(const std::string& path, const Kind& kind, const std::string& output);
+// Reads the records of a generated file, plain or compressed, and writes their numbers and texts to
+// another file. Returns how many records there were.
+uint64_t readPlainly(const std::string& path, const Kind& kind, const std::string& output,
+                     bool packed = false);
 
 // A field cut out of a line by the C library's means.
 double plainReal(const char* field, int width);

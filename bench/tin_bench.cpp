@@ -128,7 +128,7 @@ void registerTin() {
     Comparison comparison("import/tin_million_nodes", kTextBytes);
     comparison.add(
         "plain", [] { readPlainly(surfaceFile()); }, [] { surfaceFile(); });
-    comparison.add("intake", importFlat, prepare);
+    comparison.add("intake", importFlat, prepare).rounds(importRounds()).run();
 }
 
 }  // namespace bench

@@ -1,0 +1,142 @@
+// The program as its users run it, each time a process of its own: small files, memory, show, dump.
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <fstream>
+
+#include "bench/generator.h"
+#include "bench/measure.h"
+#include "bench/memory.h"
+#include "bench/workspace.h"
+
+extern char** environ;  // NOLINT: posix_spawn's own
+
+namespace bench {
+
+namespace {
+
+struct Usage {
+    double cpu;
+    double wall;
+};
+
+// Runs the program with its output in a file of the folder.
+Usage runIntake(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), INTAKE_PROGRAM_PATH);
+    std::vector<char*> words;
+    for (std::string& word : arguments) words.push_back(word.data());
+    words.push_back(nullptr);
+    posix_spawn_file_actions_t files;
+    posix_spawn_file_actions_init(&files);
+    posix_spawn_file_actions_addopen(&files, STDOUT_FILENO, (folder() / "output").c_str(),
+                                     O_WRONLY | O_CREAT | O_TRUNC, 0644);
+    const double start = now().wall;
+    pid_t child = 0;
+    const int failed = posix_spawn(&child, words[0], &files, nullptr, words.data(), environ);
+    posix_spawn_file_actions_destroy(&files);
+    require(failed == 0, "the program starts");
+    int status = 0;
+    rusage used{};
+    require(::wait4(child, &status, 0, &used) == child && status == 0, "the program succeeds");
+    const auto seconds = [](const timeval& time) {
+        return static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_usec);
+    };
+    return {seconds(used.ru_utime) + seconds(used.ru_stime), now().wall - start};
+}
+
+// A file of arcs, and how it is imported.
+fs::path arcs(const char* name, std::size_t bytes) {
+    const fs::path path = folder() / name;
+    std::ofstream(path, std::ios::binary) << generate(kind("arcs_4E14.7"), bytes).text;
+    return path;
+}
+Usage importArcs(const fs::path& file) {
+    clearWorkspace();
+    return runIntake({"import", "--quiet", file.string(), (folder() / "workspace/DS").string()});
+}
+
+template <class Body>
+void measure(const char* name, int rounds, Body body) {
+    benchmark::RegisterBenchmark(name,
+                                 [body](benchmark::State& state) {
+                                     try {
+                                         body(state);
+                                     } catch (const std::exception& exception) {
+                                         state.SkipWithError(exception.what());
+                                     }
+                                     clearWorkspace();
+                                     for (const char* made : {"small.e00", "large.e00", "output"})
+                                         fs::remove(folder() / made);
+                                 })
+        ->UseManualTime()
+        ->Unit(benchmark::kMillisecond)
+        ->Iterations(rounds);
+}
+
+// Times the body's best round.
+template <class Body>
+Usage best(benchmark::State& state, Body body) {
+    Usage best{1e9, 1e9};
+    for (auto _ : state) {
+        const Usage usage = body();
+        state.SetIterationTime(usage.cpu);
+        best.cpu = std::min(best.cpu, usage.cpu);
+        best.wall = std::min(best.wall, usage.wall);
+    }
+    state.counters["cpu_ms"] = best.cpu * 1e3;
+    state.counters["wall_ms"] = best.wall * 1e3;
+    return best;
+}
+
+void smallFile(benchmark::State& state) {
+    const fs::path file = arcs("small.e00", 20000);
+    best(state, [&] { return importArcs(file); });
+}
+
+// An import of twenty times as much takes no more memory: over what the process holds before.
+void memoryHeight(benchmark::State& state) {
+    const fs::path small = arcs("small.e00", importBytes() / 10);
+    const fs::path large = arcs("large.e00", 2 * importBytes());
+    const auto growth = [](const fs::path& file) {
+        clearWorkspace();
+        return static_cast<double>(growthOf([&] { import(file); }));
+    };
+    growth(small);  // brings in what any import brings in
+    for (auto _ : state) {
+        const double one = growth(small);
+        const double other = growth(large);
+        state.SetIterationTime(1);
+        state.counters["small_KB"] = one;
+        state.counters["large_KB"] = other;
+        require(other < 1.1 * one, "memory is flat");
+    }
+}
+
+void show(benchmark::State& state) {
+    importArcs(arcs("large.e00", 2 * importBytes()));
+    best(state, [] { return runIntake({"show", (folder() / "workspace/DS").string()}); });
+}
+
+void dump(benchmark::State& state) {
+    importArcs(arcs("large.e00", importBytes()));
+    const Usage usage = best(state, [] {
+        return runIntake({"dump", (folder() / "workspace/DS").string()});
+    });
+    const auto bytes = static_cast<double>(fs::file_size(folder() / "output"));
+    require(bytes > static_cast<double>(importBytes()) / 4, "the arcs are told");
+    state.counters["JSON_MBps"] = bytes / usage.cpu / 1e6;
+}
+
+}  // namespace
+
+void registerProgram() {
+    measure("program/small_file", 20, smallFile);
+    measure("program/memory", 1, memoryHeight);
+    measure("program/show", importRounds(), show);
+    measure("program/dump", importRounds(), dump);
+}
+
+}  // namespace bench
