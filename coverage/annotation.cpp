@@ -22,14 +22,15 @@ struct Form {
 
 // Twenty numbers on lines of 7, 7 and 6.
 void readLineTable(int16_t (&table)[QX_ANNO_LINES]) {
-    constexpr std::size_t kWidth = 10;
-    constexpr std::size_t kPerLine = 7;
+    static_assert(QX_ANNO_LINES == 20);
     Line line;
-    for (std::size_t index = 0; index < QX_ANNO_LINES; ++index) {
-        if (index % kPerLine == 0) IMPLIN(line);
-        const std::size_t column = index % kPerLine * kWidth + 1;
-        table[index] = integerField<int16_t>(line.columns(column, column + kWidth - 1), column);
+    for (int16_t* seven : {table, table + 7}) {
+        IMPLIN(line);
+        read<"7I10">(line, seven[0], seven[1], seven[2], seven[3], seven[4], seven[5], seven[6]);
     }
+    int16_t* const six = table + 14;
+    IMPLIN(line);
+    read<"6I10">(line, six[0], six[1], six[2], six[3], six[4], six[5]);
 }
 
 void decodePoint(const Line& line, int32_t precision, double& x, double& y) {

@@ -35,12 +35,17 @@ constexpr bool toDigits(uint64_t& characters) {
     return (((characters + eightTimes(0x7F - 9)) | characters) & eightTimes('\x80')) == 0;
 }
 
-// The same with blanks in front of the digits, which become zeros. Eight blanks are not read.
-constexpr bool toDigitsBehindBlanks(uint64_t& characters) {
-    const int blankBits = std::countr_zero(characters ^ eightTimes(' ')) & 56;
-    const uint64_t behind = ~uint64_t{0} << blankBits;
-    characters = (characters & behind) | (eightTimes('0') & ~behind);
-    return toDigits(characters);
+// The same with blanks, or blanks and a minus, in front of at least one digit: they become zeros.
+// Signs come in no order, so that nothing jumps at one.
+constexpr bool toDigitsBehindSign(uint64_t& characters, bool& negative) {
+    // A digit has this bit, a blank and a minus have not.
+    const int start = std::countr_zero(characters & eightTimes(0x10)) & 56;
+    const uint64_t front = (uint64_t{1} << start) - 1;
+    const uint64_t differs = (characters ^ eightTimes(' ')) & front;
+    const uint64_t minus = (uint64_t{'-' ^ ' '} << start) >> 8;
+    negative = differs != 0;
+    characters ^= (characters ^ eightTimes('0')) & front;
+    return toDigits(characters) & (int{differs == 0} | int{differs == minus});
 }
 
 // Neighbours become pairs, pairs become two numbers of four digits, and those one of eight.
@@ -52,13 +57,15 @@ constexpr uint64_t valueOfDigits(uint64_t digits) {
            32;
 }
 
-// An integer of up to eleven columns: blanks, then digits to the end of the field.
+// An integer of up to fifteen columns: blanks, a minus or none, then digits to the end of the
+// field.
 template <std::size_t width, class T>
 bool readInteger(const char* field, T& value) {
-    if constexpr (!kLowestFirst || width == 0 || width > 11) {
+    if constexpr (!kLowestFirst || width == 0 || width > 15) {
         return false;
     } else {
         constexpr uint64_t kBlanks = eightTimes(' ');
+        bool negative = false;
         uint64_t last = 0;
         uint64_t result = 0;
         if constexpr (width < 8) {
@@ -71,19 +78,27 @@ bool readInteger(const char* field, T& value) {
             uint64_t first =
                 eightCharacters(field) << (8 * (16 - width)) | kBlanks >> (8 * (width - 8));
             if (first != kBlanks) {
-                if (!toDigitsBehindBlanks(first) || !toDigits(last)) return false;
+                if (!toDigitsBehindSign(first, negative) || !toDigits(last)) return false;
                 result = valueOfDigits(first) * 100000000;
-            } else if (!toDigitsBehindBlanks(last)) {
+            } else if (!toDigitsBehindSign(last, negative)) {
                 return false;
             }
-        } else if (!toDigitsBehindBlanks(last)) {
+        } else if (!toDigitsBehindSign(last, negative)) {
             return false;
         }
         result += valueOfDigits(last);
         if (result > static_cast<uint64_t>(std::numeric_limits<T>::max())) return false;
-        value = static_cast<T>(result);
+        value = static_cast<T>(negative ? -static_cast<T>(result) : static_cast<T>(result));
         return true;
     }
+}
+
+// Signs come in no order, so that nothing jumps at one.
+inline bool isSignOrBlank(char sign) {
+    return static_cast<bool>(int{sign == ' '} | int{sign == '-'} | int{sign == '+'});
+}
+inline double withSign(char sign, double magnitude) {
+    return std::bit_cast<double>(std::bit_cast<uint64_t>(magnitude) ^ uint64_t{sign == '-'} << 63);
 }
 
 template <std::size_t width, std::size_t decimals>
@@ -94,15 +109,14 @@ inline constexpr bool kIsRealShape =
 // "E", a sign and two digits.
 template <int decimals>
 bool readReal(const char* field, double& value) {
+    if constexpr (!kLowestFirst) return false;
     constexpr std::size_t kExponent = decimals + 3;
-    const char sign = field[0];
     const auto first = static_cast<unsigned>(field[1] - '0');
     const auto tens = static_cast<unsigned>(field[kExponent + 2] - '0');
     const auto ones = static_cast<unsigned>(field[kExponent + 3] - '0');
     const char exponentSign = field[kExponent + 1];
-    if ((sign != ' ' && sign != '-' && sign != '+') || first > 9 || field[2] != '.' ||
-        field[kExponent] != 'E' || (exponentSign != '+' && exponentSign != '-') || tens > 9 ||
-        ones > 9) {
+    if (!isSignOrBlank(field[0]) || first > 9 || field[2] != '.' || field[kExponent] != 'E' ||
+        (exponentSign != '+' && exponentSign != '-') || tens > 9 || ones > 9) {
         return false;
     }
     // The last eight characters before the exponent, of which those that are no decimals, or were
@@ -137,7 +151,22 @@ bool readReal(const char* field, double& value) {
     } else {
         magnitude *= kPowers[static_cast<std::size_t>(power)];
     }
-    value = sign == '-' ? -magnitude : magnitude;
+    value = withSign(field[0], magnitude);
+    return true;
+}
+
+// A real of 24 columns with 17 decimals in the same shape. Its digits are more than a real holds:
+// the library rounds them.
+inline bool readLongReal(const char* field, double& value) {
+    constexpr std::size_t kWidth = 24;
+    if (!isSignOrBlank(field[0]) || field[1] < '0' || field[1] > '9' || field[2] != '.' ||
+        field[kWidth - 4] != 'E') {
+        return false;
+    }
+    double magnitude = 0;
+    const auto result = std::from_chars(field + 1, field + kWidth, magnitude);
+    if (result.ec != std::errc{} || result.ptr != field + kWidth) return false;
+    value = withSign(field[0], magnitude);
     return true;
 }
 

@@ -215,13 +215,17 @@ void failedField(std::string_view field, std::size_t firstColumn, int64_t linesB
           std::string_view(place));
 }
 
+bool readReal(std::string_view field, int decimals, int scale, double& value) {
+    const char* text = field.data();
+    if (field.size() == 14 && decimals == 7 && fast::readReal<7>(text, value)) return true;
+    if (field.size() == 21 && decimals == 14 && fast::readReal<14>(text, value)) return true;
+    if (field.size() == 24 && decimals == 17 && fast::readLongReal(text, value)) return true;
+    return parseReal(field, decimals, scale, value);
+}
+
 double realField(std::string_view field, std::size_t firstColumn, int decimals, int scale) {
     double value = 0;
-    const bool narrow = field.size() == 14 && decimals == 7;
-    const bool wide = field.size() == 21 && decimals == 14;
-    if (narrow && fast::readReal<7>(field.data(), value)) return value;
-    if (wide && fast::readReal<14>(field.data(), value)) return value;
-    if (!parseReal(field, decimals, scale, value)) failedField(field, firstColumn);
+    if (!readReal(field, decimals, scale, value)) failedField(field, firstColumn);
     return value;
 }
 

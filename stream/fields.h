@@ -28,6 +28,26 @@ bool parseInteger(std::string_view field, int16_t& value);
 bool parseReal(std::string_view field, int decimals, int scale, double& value);
 bool parseLogical(std::string_view field, bool& value);
 
+// The same with the fast reading first, for widths that formats known at run time have often.
+template <class T>
+bool readInteger(std::string_view field, T& value) {
+    switch (field.size()) {
+        case 6:
+            if (fast::readInteger<6>(field.data(), value)) return true;
+            break;
+        case 10:
+            if (fast::readInteger<10>(field.data(), value)) return true;
+            break;
+        case 11:
+            if (fast::readInteger<11>(field.data(), value)) return true;
+            break;
+        default:
+            break;
+    }
+    return parseInteger(field, value);
+}
+bool readReal(std::string_view field, int decimals, int scale, double& value);
+
 // Ends the import with the one message for a field that cannot be read: the text, its columns
 // (from 1) and the line of the file that was read last, or one so many lines before it.
 [[noreturn]] void failedField(std::string_view field, std::size_t firstColumn,
@@ -37,8 +57,7 @@ bool parseLogical(std::string_view field, bool& value);
 template <class T>
 T integerField(std::string_view field, std::size_t firstColumn) {
     T value{};
-    if (field.size() == 10 && fast::readInteger<10>(field.data(), value)) return value;
-    if (!parseInteger(field, value)) failedField(field, firstColumn);
+    if (!readInteger(field, value)) failedField(field, firstColumn);
     return value;
 }
 double realField(std::string_view field, std::size_t firstColumn, int decimals, int scale = 1);

@@ -183,6 +183,9 @@ class SeededFields {
         const int digits = std::uniform_int_distribution<int>(0, static_cast<int>(width))(engine_);
         std::string field(width - static_cast<std::size_t>(digits), ' ');
         for (int digit = 0; digit < digits; ++digit) field += below("0123456789");
+        if (digits > 1 && engine_() % 2 == 0) {
+            field[width - static_cast<std::size_t>(digits)] = '-';
+        }
         return changed(field);
     }
 
@@ -217,11 +220,12 @@ int compareIntegers(SeededFields& fields, int count) {
 
 template <int decimals>
 int compareReals(SeededFields& fields, int count) {
+    const auto quickly = decimals == 17 ? fast::readLongReal : fast::readReal<decimals % 17>;
     int taken = 0;
     for (; count > 0; --count) {
         const std::string field = fields.real(decimals);
         double quick = 0;
-        if (!fast::readReal<decimals>(field.data(), quick)) continue;
+        if (!quickly(field.data(), quick)) continue;
         ++taken;
         const bool equal = same(quick, real(field, decimals));
         EXPECT_TRUE(equal) << '"' << field << '"';
@@ -235,6 +239,8 @@ TEST(FastFields, GiveTheCarefulValueBitForBit) {
     SeededFields fields;
     EXPECT_GT(compareReals<7>(fields, kCount), kCount / 2);
     EXPECT_GT(compareReals<14>(fields, kCount), kCount / 2);
+    EXPECT_GT(compareReals<17>(fields, kCount), kCount / 2);
+    EXPECT_GT(compareIntegers<14>(fields, kCount), kCount / 4);
     EXPECT_GT(compareIntegers<10>(fields, kCount), kCount / 2);
     EXPECT_GT(compareIntegers<11>(fields, kCount), kCount / 3);
     EXPECT_GT(compareIntegers<8>(fields, kCount), kCount / 2);
