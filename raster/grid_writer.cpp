@@ -28,12 +28,18 @@ int64_t integerNoData(double value) {
     return fits ? static_cast<int64_t>(whole) : std::numeric_limits<int64_t>::max();
 }
 
-int32_t storedCell(int32_t cell) {
+// The cells as the row keeps them.
+void storeCells(std::span<const int32_t> cells, int32_t* row) {
     if (GRDSTA.cellType == kIntegerCells) {
-        return cell == GRDSTA.integerNoData ? kNoIntegerData : cell;
+        std::transform(cells.begin(), cells.end(), row,
+                       [noData = GRDSTA.integerNoData](int32_t cell) {
+                           return cell == noData ? kNoIntegerData : cell;
+                       });
+        return;
     }
-    return std::bit_cast<float>(cell) == GRDSTA.floatNoData ? std::bit_cast<int32_t>(MISSINGFLOAT)
-                                                            : cell;
+    std::transform(cells.begin(), cells.end(), row, [noData = GRDSTA.floatNoData](int32_t cell) {
+        return std::bit_cast<float>(cell) == noData ? std::bit_cast<int32_t>(MISSINGFLOAT) : cell;
+    });
 }
 
 // More room for the row at hand. It grows with the cells that are read, up to all columns.
@@ -91,13 +97,14 @@ void GRDWRT(std::span<const int32_t> cells, Status& status) {
     if (GRDSTA.rowCursor >= GRDSTA.rows) return;
     status = kSuccess;
     const auto left = static_cast<std::size_t>(GRDSTA.columns - GRDSTA.columnCursor);
-    for (const int32_t cell : cells.first(std::min(cells.size(), left))) {
-        if (GRDSTA.columnCursor == GRDSTA.rowRoom && !makeRoom()) {
-            status = kNotWritten;
-            return;
-        }
-        GRDSTA.row[GRDSTA.columnCursor++] = storedCell(cell);
+    const auto kept = cells.first(std::min(cells.size(), left));
+    const auto end = GRDSTA.columnCursor + static_cast<int32_t>(kept.size());
+    if (end > GRDSTA.rowRoom && !makeRoom()) {
+        status = kNotWritten;
+        return;
     }
+    storeCells(kept, GRDSTA.row + GRDSTA.columnCursor);
+    GRDSTA.columnCursor = end;
     if (GRDSTA.columnCursor < GRDSTA.columns) return;
     if (PutWindowRow(GRDSTA.channel, GRDSTA.rowCursor, GRDSTA.row) < 0) status = kNotWritten;
     ++GRDSTA.rowCursor;

@@ -13,12 +13,12 @@ namespace intake {
 
 class RecordText {
   public:
-    // Reads so many lines. The text grows with the lines that are there.
+    // Reads so many lines, as many for each record. The text grows with the lines that are there.
     void readLines(int64_t count) {
-        text_.clear();
         for (int64_t number = 0; number < count; ++number) {
-            text_.resize(text_.size() + Line::kLength);
-            IMPLIN(std::span(text_.data() + text_.size() - Line::kLength, Line::kLength));
+            const std::size_t start = static_cast<std::size_t>(number) * Line::kLength;
+            if (text_.size() == start) text_.resize(start + Line::kLength);
+            IMPLIN(std::span(text_.data() + start, Line::kLength));
         }
     }
     // From a position on, counted from 1; what lies behind the text reads as nothing.
@@ -31,12 +31,12 @@ class RecordText {
     }
     double integer(std::size_t position, std::size_t width) const {
         int64_t value = 0;
-        if (!parseInteger(field(position, width), value)) fail(position, width);
+        if (!readInteger(field(position, width), value)) fail(position, width);
         return static_cast<double>(value);
     }
     double real(std::size_t position, std::size_t width, int decimals, int scale) const {
         double value = 0;
-        if (!parseReal(field(position, width), decimals, scale, value)) fail(position, width);
+        if (!readReal(field(position, width), decimals, scale, value)) fail(position, width);
         return value;
     }
     // Ends the import, naming the line and the columns where the field begins.

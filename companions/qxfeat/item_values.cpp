@@ -48,15 +48,31 @@ bool packDecimal(std::span<std::byte> bytes, double value, int32_t decimals) {
            putToTheRight(bytes, {text.data(), static_cast<std::size_t>(result.ptr - text.data())});
 }
 
-bool packInteger(std::span<std::byte> bytes, double value) {
-    const std::size_t width = bytes.size();
-    if (width != 1 && width != 2 && width != 4 && width != 8) return false;
-    const double limit = std::ldexp(1.0, static_cast<int>(width * 8) - 1);
-    if (!(value >= -limit && value < limit)) return false;
-    std::array<std::byte, 8> wide;
-    store::put(wide.data(), static_cast<int64_t>(value));
-    std::copy(wide.end() - static_cast<std::ptrdiff_t>(width), wide.end(), bytes.begin());
+template <class T>
+bool packWhole(std::byte* place, double value) {
+    constexpr double kLimit = -static_cast<double>(std::numeric_limits<T>::min());
+    if (!(value >= -kLimit && value < kLimit)) return false;
+    if constexpr (sizeof(T) == 1) {
+        *place = static_cast<std::byte>(static_cast<T>(value));
+    } else {
+        store::put(place, static_cast<T>(value));
+    }
     return true;
+}
+
+bool packInteger(std::span<std::byte> bytes, double value) {
+    switch (bytes.size()) {
+        case 1:
+            return packWhole<int8_t>(bytes.data(), value);
+        case 2:
+            return packWhole<int16_t>(bytes.data(), value);
+        case 4:
+            return packWhole<int32_t>(bytes.data(), value);
+        case 8:
+            return packWhole<int64_t>(bytes.data(), value);
+        default:
+            return false;
+    }
 }
 
 bool packReal(std::span<std::byte> bytes, double value) {
@@ -69,6 +85,12 @@ bool packReal(std::span<std::byte> bytes, double value) {
     if (std::isinf(narrow) && !std::isinf(value)) return false;
     store::put(bytes.data(), narrow);
     return true;
+}
+
+// Numbers that do not fit leave zeros.
+bool orZeros(bool packed, std::span<std::byte> bytes) {
+    if (!packed) std::fill(bytes.begin(), bytes.end(), std::byte{0});
+    return packed;
 }
 
 int64_t unpackInteger(std::span<const std::byte> bytes) {
@@ -91,7 +113,6 @@ double parseNumber(std::span<const std::byte> bytes) {
 
 bool packItem(const QxItemDescriptor& item, double value, std::string_view text,
               std::span<std::byte> bytes) {
-    std::fill(bytes.begin(), bytes.end(), std::byte{0});
     switch (item.type) {
         case QX_ITEM_CHARACTER:
             putText(bytes, text);
@@ -102,11 +123,11 @@ bool packItem(const QxItemDescriptor& item, double value, std::string_view text,
         case QX_ITEM_NUMBER_TEXT:
             return packDecimal(bytes, value, item.decimals);
         case QX_ITEM_INTEGER:
-            return packInteger(bytes, value);
+            return orZeros(packInteger(bytes, value), bytes);
         case QX_ITEM_REAL:
-            return packReal(bytes, value);
+            return orZeros(packReal(bytes, value), bytes);
         default:
-            return false;
+            return orZeros(false, bytes);
     }
 }
 

@@ -168,7 +168,7 @@ bool Table::putRecord(int64_t number, const std::byte* record) {
     return !writer_->failed();
 }
 
-std::span<std::byte> Table::movedBytes(const QxItemDescriptor& item) {
+std::span<std::byte> Table::findMoved(const QxItemDescriptor& item) {
     const auto found = movedPlaces_.find(placeKey(item));
     if (found == movedPlaces_.end()) return {};
     Moved& moved = moved_[found->second];

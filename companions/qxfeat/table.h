@@ -42,7 +42,9 @@ class Table : public store::Buffered {
 
     bool putRecord(int64_t number, const std::byte* record);
     // The bytes that infenc_ is to fill for an item of this table that is moved; empty for others.
-    std::span<std::byte> movedBytes(const QxItemDescriptor& item);
+    std::span<std::byte> movedBytes(const QxItemDescriptor& item) {
+        return moved_.empty() ? std::span<std::byte>{} : findMoved(item);
+    }
 
     // Reading: the record of a number, or the next one; false if there is none.
     bool readRecord(int64_t number);
@@ -67,6 +69,7 @@ class Table : public store::Buffered {
     Table(std::string directory, int32_t number)
         : directory_(std::move(directory)), number_(number) {}
     bool startRecords();
+    std::span<std::byte> findMoved(const QxItemDescriptor& item);
     void noteMoved(std::size_t item);
     void finish();
     bool hasRecords() const { return writer_ || reader_ || opened_; }

@@ -1,8 +1,32 @@
+#include <array>
 #include <bit>
+#include <limits>
 
 #include "companions/qxgridio/raster_file.h"
 
 namespace qxgridio {
+
+namespace {
+
+// Widens the range to the cells that are there. One that is not a number is in no order and changes
+// nothing.
+template <class Cell>
+void widen(std::span<const int32_t> words, int32_t noData, std::array<double, 2>& range) {
+    using Limits = std::numeric_limits<Cell>;
+    Cell lowest = Limits::has_infinity ? Limits::infinity() : Limits::max();
+    Cell highest = Limits::has_infinity ? -Limits::infinity() : Limits::lowest();
+    for (const int32_t word : words) {
+        const auto cell = std::bit_cast<Cell>(word);
+        const bool there = word != noData;
+        lowest = there && cell < lowest ? cell : lowest;
+        highest = there && cell > highest ? cell : highest;
+    }
+    if (lowest > highest) return;
+    range[0] = lowest < range[0] ? lowest : range[0];
+    range[1] = highest > range[1] ? highest : range[1];
+}
+
+}  // namespace
 
 RasterWriter::RasterWriter(store::File file, const RasterHeader& header)
     : appender_(std::move(file), static_cast<int64_t>(RasterHeader::kBytes)), header_(header) {}
@@ -30,18 +54,13 @@ bool RasterWriter::overwriteRow(int32_t row, std::span<const std::byte> bytes) {
 }
 
 void RasterWriter::gatherRange(std::span<const int32_t> words) {
-    double lowest = header_.raster.range[0];
-    double highest = header_.raster.range[1];
-    const int32_t noData = header_.noDataWord();
-    const bool integers = header_.raster.cellType == QX_INTEGER_CELLS;
-    for (const int32_t word : words) {
-        if (word == noData) continue;
-        const double value = integers ? word : static_cast<double>(std::bit_cast<float>(word));
-        // A cell that is not a number is in no order and changes neither.
-        if (value < lowest) lowest = value;
-        if (value > highest) highest = value;
+    std::array<double, 2> range = {header_.raster.range[0], header_.raster.range[1]};
+    if (header_.raster.cellType == QX_INTEGER_CELLS) {
+        widen<int32_t>(words, header_.noDataWord(), range);
+    } else {
+        widen<float>(words, header_.noDataWord(), range);
     }
-    setRange(lowest, highest);
+    setRange(range[0], range[1]);
 }
 
 void RasterWriter::writeHeader() { appender_.file().writeAt(0, header_.bytes()); }

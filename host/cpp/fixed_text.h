@@ -22,6 +22,13 @@ inline void padText(char* buffer, std::size_t length, std::string_view text) {
 
 // The text of a buffer without its trailing blanks.
 inline std::string_view trimText(const char* buffer, std::size_t length) {
+    // Long runs eight at a time.
+    uint64_t eight;
+    while (length >= sizeof eight) {
+        std::memcpy(&eight, buffer + length - sizeof eight, sizeof eight);
+        if (eight != 0x2020202020202020U) break;
+        length -= sizeof eight;
+    }
     while (length > 0 && buffer[length - 1] == ' ') --length;
     return {buffer, length};
 }
