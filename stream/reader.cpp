@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstring>
 
 #include "host/qxbase.h"
 #include "stream/compressed.h"
+#include "stream/fast_fields.h"
 #include "stream/fields.h"
 #include "stream/report.h"
 
@@ -40,6 +42,30 @@ void openNextVolume() {
 std::size_t escapesAtEnd(std::string_view text, std::size_t before) {
     const std::size_t other = text.find_last_not_of('~');
     return other == std::string_view::npos ? before + text.size() : text.size() - other - 1;
+}
+
+// The high bit of each of eight characters that is the one looked for.
+uint64_t highBitsOf(char character, uint64_t eight) {
+    constexpr uint64_t kLow = fast::eightTimes(0x7F);
+    const uint64_t differs = eight ^ fast::eightTimes(character);
+    return ~(((differs & kLow) + kLow) | differs | kLow);
+}
+
+// The first "}" from a place on that has a "~" before it, or the end of the text. Lines are short
+// and full of other "}", so that a call for each would take longer than the search.
+std::size_t findMark(std::string_view text, std::size_t from, bool escaped) {
+    uint64_t carried = escaped ? 0x80 : 0;
+    for (; fast::kLowestFirst && text.size() - from >= 8; from += 8) {
+        const uint64_t eight = fast::eightCharacters(text.data() + from);
+        const uint64_t escapes = highBitsOf('~', eight);
+        const uint64_t marks = highBitsOf('}', eight) & (escapes << 8 | carried);
+        if (marks != 0) return from + static_cast<std::size_t>(std::countr_zero(marks)) / 8;
+        carried = escapes >> 56;
+    }
+    for (; from < text.size() && !(text[from] == '}' && carried != 0); ++from) {
+        carried = text[from] == '~' ? 0x80 : 0;
+    }
+    return from;
 }
 
 // The beginning of a logical line that a later physical line ends.
@@ -83,8 +109,10 @@ void assembleLine(std::span<char> line) {
     if (start >= physical.size()) nextPhysicalLine();
     std::size_t searched = start;
     for (;;) {
-        const std::size_t mark = physical.find('}', searched);
-        if (mark == std::string_view::npos) {
+        const bool escaped =
+            searched == start ? beginning.escapes() != 0 : physical[searched - 1] == '~';
+        const std::size_t mark = findMark(physical, searched, escaped);
+        if (mark == physical.size()) {
             beginning.add(physical.substr(start));
             nextPhysicalLine();
             searched = 0;

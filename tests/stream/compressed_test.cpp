@@ -26,6 +26,56 @@ std::string compressed(std::string_view text, int32_t level) {
     return std::string(work.full().substr(0, static_cast<std::size_t>(count)));
 }
 
+// The decoding as it is described, one character after another.
+std::string expandedByTheBook(std::string_view s) {
+    std::string out;
+    std::size_t i = 0;
+    const auto code = [&] { return static_cast<int>(static_cast<unsigned char>(s[i])); };
+    while (i < s.size()) {
+        if (s[i] != '~') {
+            out += s[i++];
+        } else if (++i == s.size() || code() < 33 || code() > 123) {
+            if (i + 1 < s.size() && s[i] == ' ') {
+                ++i;
+                out.append(static_cast<std::size_t>(std::max(code() - 32, 0)), ' ');
+                ++i;
+            } else if (i < s.size()) {
+                if (s[i] != ' ') out += s[i];
+                ++i;
+            }
+        } else {
+            const std::size_t start = out.size();
+            int header = code() - 33;
+            for (++i; i < s.size() && s[i] != ' ' && s[i] != '~'; ++i) {
+                int value = code() - 33;
+                if (value == 92 && ++i == s.size()) break;
+                if (value == 92) value = code() + 59;
+                out += static_cast<char>('0' + value / 10);
+                out += static_cast<char>('0' + value % 10);
+            }
+            if (header >= 45 && out.size() > start) out.pop_back();
+            if (header >= 45) header -= 45;
+            const std::size_t digits = out.size() - start;
+            const auto point = std::min(static_cast<std::size_t>(header % 15), digits);
+            if (header % 15 != 0) out.insert(start + point, ".");
+            if (header >= 15 && digits >= 2) out.insert(out.size() - 2, header < 30 ? "E+" : "E-");
+            if (i + 1 < s.size() && s[i] == '~' && s[i + 1] != ' ') ++i;
+        }
+    }
+    return out;
+}
+
+TEST(CompressedForm, ExpandsAnyTextByTheBook) {
+    std::mt19937 engine(20181123);
+    constexpr std::string_view kLetters = "~~~~ }}1-CYo$@P^N!\"|{z\x1F\x7F\xFE";
+    for (int round = 0; round < 50000; ++round) {
+        std::string text(engine() % 120, ' ');
+        for (char& each : text) each = kLetters[engine() % kLetters.size()];
+        text = qx::trimText(text);
+        ASSERT_EQ(expanded(text, 300), expandedByTheBook(text).substr(0, 300)) << text;
+    }
+}
+
 TEST(CompressedForm, PacksAndExpandsAsWritten) {
     const struct {
         std::string text;
