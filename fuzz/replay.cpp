@@ -1,5 +1,7 @@
 // Runs a target over files and the files of folders, where there is no libFuzzer to do it. Behind
 // --sound each input must import to its end with nothing worse than a warning.
+#include <sys/resource.h>
+
 #include <cstdint>
 #include <cstdio>
 
@@ -7,7 +9,17 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size);
 
+// Memory that an input's size does not justify fails here, but for builds that map terabytes.
+void limitMemory() {
+#ifndef __SANITIZE_ADDRESS__
+    constexpr rlim_t kBytes = 512U << 20;
+    const rlimit limit{kBytes, kBytes};
+    setrlimit(RLIMIT_AS, &limit);
+#endif
+}
+
 int main(int argc, char** argv) {
+    limitMemory();
     int count = 0;
     int unsound = 0;
     bool sound = false;

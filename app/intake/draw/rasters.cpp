@@ -1,4 +1,8 @@
 // A lattice or grid as shaded relief, one image.
+#include <array>
+#include <bit>
+#include <limits>
+
 #include "app/intake/draw/draw.h"
 #include "app/intake/draw/palette.h"
 #include "app/intake/draw/relief.h"
@@ -29,31 +33,47 @@ struct Heights {
     }
 };
 
+double heightOf(int32_t cell, const QxRaster& raster, float noData) {
+    constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
+    if (raster.cellType != QX_FLOATING_CELLS) return cell != QX_MISSING_INTEGER ? cell : kNone;
+    const auto value = std::bit_cast<float>(cell);
+    return value != noData && std::isfinite(value) ? value : kNone;
+}
+
+// Every step-th cell of a row, none with data where the row was not written. A row is read in
+// pieces, since it may claim to be far wider than what is stored; cells that lie far apart are read
+// one by one.
 void readRow(int32_t handle, const QxRaster& raster, int32_t row, int32_t step,
              std::vector<double>& values) {
-    std::vector<int32_t> cells(static_cast<std::size_t>(raster.columns));
-    int32_t status = 0;
-    call(rasrd_, handle, row, 0, raster.columns, static_cast<void*>(cells.data()), status);
+    constexpr int32_t kFarApart = 256;
+    std::array<int32_t, 4096> cells;
+    const auto most = static_cast<int32_t>(cells.size());
+    const int32_t piece = step < kFarApart ? most - most % step : 1;
     float noData = 0;
     call(fltndt_, noData);
-    for (std::size_t column = 0; column < cells.size(); column += static_cast<std::size_t>(step)) {
-        double value = cells[column];
-        bool known = status == 0 && cells[column] != QX_MISSING_INTEGER;
-        if (raster.cellType == QX_FLOATING_CELLS) {
-            float real = 0;
-            std::memcpy(&real, &cells[column], sizeof real);
-            known = status == 0 && real != noData && std::isfinite(real);
-            value = real;
+    int32_t status = row < raster.rowsWritten ? 0 : -1;
+    for (int32_t column = 0; column < raster.columns; column += std::max(piece, step)) {
+        const int32_t count = std::min(piece, raster.columns - column);
+        if (status == 0) {
+            call(rasrd_, handle, row, column, count, static_cast<void*>(cells.data()), status);
         }
-        values.push_back(known ? value : std::numeric_limits<double>::quiet_NaN());
+        // What cannot be read has no data, nor has what is behind it in its row.
+        for (int32_t each = 0; each < count; each += step) {
+            const int32_t cell = cells[static_cast<std::size_t>(each)];
+            values.push_back(status == 0 ? heightOf(cell, raster, noData)
+                                         : std::numeric_limits<double>::quiet_NaN());
+        }
     }
 }
 
 Heights readHeights(int32_t handle, const QxRaster& raster) {
     Heights heights;
     const int32_t step = (std::max({raster.columns, raster.rows, 1}) - 1) / kLongestSide + 1;
-    heights.columns = (raster.columns + step - 1) / step;
-    heights.rows = (raster.rows + step - 1) / step;
+    // Either may be negative in a file.
+    heights.columns = (std::max(raster.columns, 0) + step - 1) / step;
+    heights.rows = (std::max(raster.rows, 0) + step - 1) / step;
+    heights.values.reserve(static_cast<std::size_t>(heights.columns) *
+                           static_cast<std::size_t>(heights.rows));
     for (int32_t row = 0; row < raster.rows; row += step) {
         readRow(handle, raster, row, step, heights.values);
     }
