@@ -1,7 +1,9 @@
 #include "entry/import_driver.h"
 
 #include <sys/resource.h>
+#include <sys/stat.h>
 
+#include <clocale>
 #include <csignal>
 #include <thread>
 
@@ -189,6 +191,35 @@ TEST_F(Driver, OneImportAtATime) {
               (std::vector<std::string>{" Creating Coverage " + path("DS"), refused, refused}));
     EXPECT_EQ(records("arc").size(), 1U);
     EXPECT_FALSE(std::filesystem::exists(host.dataset));
+}
+
+TEST_F(Driver, TheHostIsLeftAsItIs) {
+    const auto host = [] {
+        std::string state = setlocale(LC_ALL, nullptr);
+        state += std::filesystem::current_path().string();
+        for (int number = 1; number < NSIG; ++number) {
+            struct sigaction action {};
+            sigaction(number, nullptr, &action);
+            state += ' ' + std::to_string(reinterpret_cast<uintptr_t>(action.sa_handler));
+        }
+        sigset_t blocked;
+        pthread_sigmask(SIG_SETMASK, nullptr, &blocked);
+        for (int number = 1; number < NSIG; ++number)
+            state += sigismember(&blocked, number) == 1 ? '1' : '0';
+        const mode_t mask = umask(0);
+        umask(mask);
+        return state + ' ' + std::to_string(mask);
+    };
+    given("no interchange file", "other.e00");
+    given("EXP  0 X\n" + std::string(kArcs), "cut.e00");
+    const auto handler = std::signal(SIGUSR1, [](int) {});
+    const std::string before = host();
+    EXPECT_EQ(import(), 1);
+    EXPECT_EQ(import("NONE", "other.e00"), 0);
+    EXPECT_EQ(import("CUT", "cut.e00"), 0);
+    EXPECT_EQ(import("FONT", INTAKE_SOURCE_DIR "/samples/pfont.e00"), 1);
+    EXPECT_EQ(host(), before);
+    std::signal(SIGUSR1, handler);
 }
 
 TEST_F(Driver, AnExceptionIsToldAndKeepsWhatWasWritten) {

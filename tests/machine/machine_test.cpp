@@ -1,6 +1,10 @@
+#include <sys/wait.h>
+
 #include <algorithm>
 #include <cctype>
 #include <csignal>
+#include <cstdio>
+#include <cstdlib>
 
 #include "entry/section_table.h"
 #include "host/qxbase.h"
@@ -92,6 +96,35 @@ TEST_P(FailingMachine, KillsAndLeavesWholeTables) {
         EXPECT_EQ(after.worst(), QX_INFORM);
     });
 }
+
+#if !defined(__SANITIZE_ADDRESS__)
+// The program, with the faults preloaded: it ends by itself, and not without a word.
+TEST_F(SweepTest, TheProgramEndsWithAWord) {
+    begin(seed("metadata"));
+    importAnew("");
+    const std::string intake = INTAKE_BINARY_DIR "/bin/intake ";
+    const std::string dataset = path("now/space/DS");
+    const std::string commands[] = {
+        "import --json --force " + path("now/in.e00") + " " + path("now/space/NEW"),
+        "show " + dataset, "dump " + dataset, "draw " + dataset + " " + path("out.svg")};
+    for (const std::string& command : commands) {
+        for (const char* fault : {"memory %d ENOMEM", "memory %d+ ENOMEM", "file %d EIO"}) {
+            for (int number = 1; number < 3000; number = next(number)) {
+                std::filesystem::remove_all(path("now/space/NEW"));
+                char text[64];
+                std::snprintf(text, sizeof text, fault, number);
+                const std::string line =
+                    "LD_PRELOAD=" INTAKE_BINARY_DIR "/lib/libintake_faults.so INTAKE_FAULT='" +
+                    std::string(text) + "' INTAKE_FAULT_BELOW=" + path("now") + ' ' + intake +
+                    command + " >" + path("output") + " 2>" + path("errors");
+                const int status = std::system(line.c_str());
+                ASSERT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) <= 3) << line;
+                EXPECT_TRUE(status == 0 || fileBytes(path("errors")) != "") << line;
+            }
+        }
+    }
+}
+#endif
 
 INSTANTIATE_TEST_SUITE_P(EverySample, FailingMachine, ::testing::ValuesIn(samples()),
                          [](const auto& sample) { return sample.param; });
