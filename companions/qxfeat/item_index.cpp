@@ -5,8 +5,10 @@
 #include <bit>
 #include <cmath>
 #include <cstring>
+#include <exception>
 #include <limits>
 #include <memory>
+#include <utility>
 
 #include "companions/qxfeat/item_values.h"
 #include "companions/qxfeat/table.h"
@@ -100,11 +102,12 @@ struct Build {
     store::RecordReader* records = nullptr;
     const TableItem* item = nullptr;
     store::RecordWriter* writer = nullptr;
-    std::size_t length = 0;  // of a key with its number
+    std::size_t length = 0;     // of a key with its number
+    std::exception_ptr thrown;  // by a callback, behind whose caller it goes on
 };
 Build build;
 
-int32_t nextEntry(int32_t* words) {
+int32_t readEntry(int32_t* words) {
     std::span<const std::byte> record;
     if (!build.records->next(record)) return kFailed;
     const QxItemDescriptor& place = build.item->item.descriptor;
@@ -120,12 +123,25 @@ int32_t nextEntry(int32_t* words) {
     return kSuccess;
 }
 
+int32_t nextEntry(int32_t* words) noexcept {
+    try {
+        return readEntry(words);
+    } catch (...) {
+        build.thrown = std::current_exception();
+        return kFailed;
+    }
+}
+
 int32_t compareEntries(const int32_t* first, const int32_t* second) {
     return std::memcmp(first, second, build.length);
 }
 
-void putEntry(const int32_t* words) {
-    std::memcpy(build.writer->append(build.length), words, build.length);
+void putEntry(const int32_t* words) noexcept {
+    try {
+        if (!build.thrown) std::memcpy(build.writer->append(build.length), words, build.length);
+    } catch (...) {
+        build.thrown = std::current_exception();
+    }
 }
 
 // False if the sort had no room.
@@ -138,6 +154,7 @@ bool sortEntries() {
     QxSortCounters counters{};
     qx::call(srtfilC, static_cast<int32_t>(words), static_cast<int32_t>(capacity), area.get(),
              nextEntry, compareEntries, putEntry, counters);
+    if (build.thrown) std::rethrow_exception(std::exchange(build.thrown, nullptr));
     return counters.status == 0;
 }
 
@@ -151,7 +168,7 @@ bool buildIndex(Table& table, std::size_t place) {
     auto writer = store::RecordWriter::create(table.indexPath(place), header);
     if (!writer) return false;
     const auto records = table.records();
-    build = {records.get(), &item, writer.get(), length};
+    build = {records.get(), &item, writer.get(), length, nullptr};
     const bool sorted = !records || sortEntries();
     writer->close();
     return sorted && !writer->failed();

@@ -3,8 +3,6 @@
 #include <bit>
 #include <cmath>
 #include <cstdio>
-#include <cstdlib>
-#include <fstream>
 #include <limits>
 #include <optional>
 #include <random>
@@ -246,94 +244,6 @@ TEST(FastFields, GiveTheCarefulValueBitForBit) {
     EXPECT_GT(compareIntegers<8>(fields, kCount), kCount / 2);
     EXPECT_GT(compareIntegers<5>(fields, kCount), kCount / 2);
     EXPECT_GT(compareIntegers<1>(fields, kCount), kCount / 4);
-}
-
-// What another reader of fixed-column fields makes of the same text.
-TEST(Fields, AgreeWithFormattedReadsOfFortran) {
-    if (std::system("command -v gfortran >/dev/null 2>&1") != 0) GTEST_SKIP() << "no gfortran";
-    Workspace workspace;
-    writeFile(workspace.path("read.f90"), R"(
-program fields
-  implicit none
-  character(len=80) :: line
-  character(len=32) :: layout
-  integer :: width, decimals, state
-  real(8) :: value
-  do
-    read(*, '(I2,I2,A)', iostat=state) width, decimals, line
-    if (state /= 0) stop
-    write(layout, '(A,I2,A,I2,A)') '(1P,E', width, '.', decimals, ')'
-    value = 0
-    read(line(1:width), layout, iostat=state) value
-    if (state /= 0) then
-      print '(A)', 'failed'
-    else
-      print '(Z16.16)', transfer(value, 1_8)
-    end if
-  end do
-end program
-)");
-    std::vector<std::pair<std::string, int>> fields;
-    for (const char* field : {" 1.2345678E+03",
-                              "1.5",
-                              "15",
-                              "15E7",
-                              "1.5D-3",
-                              "1.5d3",
-                              "1.5+03",
-                              "1.5-3",
-                              "-0.0",
-                              " + 1 . 5 E - 0 3",
-                              "1.E5",
-                              ".5E1",
-                              "NaN",
-                              "Inf",
-                              "-Infinity",
-                              "1.5E",
-                              "x",
-                              "1..5",
-                              "1.5E3.0",
-                              "1.0E-400",
-                              "4.9406564584124654E-324",
-                              "9007199254740993.0E0",
-                              "1 2 3",
-                              "",
-                              "0",
-                              "1.5E+308",
-                              "2.2250738585072011E-308",
-                              "123456789012345678901234567890"}) {
-        fields.push_back({field, 7});
-    }
-    SeededFields seeded;
-    for (int count = 0; count < 2000; ++count) {
-        std::string field = seeded.real(count % 2 == 0 ? 7 : 14);
-        // What is no character of a number is not the same to all readers.
-        if (field.find_first_of("/:*!@?\t\xB0\xFF") != field.npos) continue;
-        fields.push_back({field, count % 2 == 0 ? 7 : 14});
-    }
-    std::ofstream input(workspace.path("input"));
-    for (auto& [field, decimals] : fields) {
-        field.resize(std::max<std::size_t>(field.size(), 14), ' ');
-        char widths[8];
-        std::snprintf(widths, sizeof widths, "%2d%2d", static_cast<int>(field.size()), decimals);
-        input << widths << field << '\n';
-    }
-    input.close();
-    const std::string directory = workspace.path("");
-    ASSERT_EQ(std::system(("cd " + directory + " && gfortran -o read read.f90 && " +
-                           "./read < input > output")
-                              .c_str()),
-              0);
-    std::ifstream output(workspace.path("output"));
-    for (const auto& [field, decimals] : fields) {
-        std::string answer;
-        ASSERT_TRUE(std::getline(output, answer)) << field;
-        std::optional<double> expected;
-        if (answer != "failed") {
-            expected = std::bit_cast<double>(std::strtoull(answer.c_str(), nullptr, 16));
-        }
-        EXPECT_TRUE(same(real(field, decimals), expected)) << '"' << field << "\" " << answer;
-    }
 }
 
 }  // namespace
