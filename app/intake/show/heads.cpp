@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <cmath>
+#include <limits>
 
 #include "app/intake/show/show.h"
 
@@ -24,10 +26,23 @@ void describeTin(const json& head, Description& description) {
     take(head, description, {"nodeCount", "triangleCount", "hullCount", "zRange"});
 }
 
+// A real of the dump, where a text stands for one that is not finite.
+double realOf(const json& value) {
+    if (value.is_number()) return value.get<double>();
+    const double infinity = std::numeric_limits<double>::infinity();
+    if (value == "Infinity") return infinity;
+    return value == "-Infinity" ? -infinity : std::numeric_limits<double>::quiet_NaN();
+}
+
+Description describeReal(double value) {
+    if (std::isfinite(value)) return value;
+    return std::isnan(value) ? "NaN" : value > 0 ? "Infinity" : "-Infinity";
+}
+
 void describeLattice(const json& head, Description& description) {
     const auto far = [&](std::size_t axis, const char* count) {
-        return head["origin"][axis].get<double>() +
-               (head[count].get<double>() - 1) * head["spacing"][axis].get<double>();
+        return describeReal(realOf(head["origin"][axis]) +
+                            (realOf(head[count]) - 1) * realOf(head["spacing"][axis]));
     };
     description["extent"] = {head["origin"][0], head["origin"][1], far(0, "columns"),
                              far(1, "rows")};
