@@ -2,6 +2,7 @@
 #ifndef APP_INTAKE_DRAW_PALETTE_H
 #define APP_INTAKE_DRAW_PALETTE_H
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstdlib>
@@ -48,11 +49,12 @@ inline Colour shadeColour(int32_t number) {
 }
 
 // A height between 0 (lowest) and 1 (highest), lit between 0 (in the dark) and 1 (to the light).
+// What is no number counts as 0.
 inline Colour reliefColour(double height, double light) {
     constexpr double kSteps[][3] = {{86, 140, 92},   {150, 180, 110}, {224, 210, 150},
                                     {196, 150, 100}, {150, 110, 90},  {245, 245, 245}};
     constexpr std::size_t kLast = std::size(kSteps) - 1;
-    const double place = (height < 0 ? 0 : height > 1 ? 1 : height) * static_cast<double>(kLast);
+    const double place = (height > 0 ? std::min(height, 1.0) : 0) * static_cast<double>(kLast);
     const auto step =
         static_cast<std::size_t>(place) == kLast ? kLast - 1 : static_cast<std::size_t>(place);
     const double part = place - static_cast<double>(step);
@@ -60,7 +62,7 @@ inline Colour reliefColour(double height, double light) {
     const auto channel = [&](std::size_t index) {
         const double value =
             (kSteps[step][index] * (1 - part) + kSteps[step + 1][index] * part) * shade;
-        return static_cast<uint8_t>(value > 255 ? 255 : value < 0 ? 0 : value);
+        return static_cast<uint8_t>(value > 0 ? std::min(value, 255.0) : 0);
     };
     return {channel(0), channel(1), channel(2)};
 }

@@ -90,7 +90,9 @@ class Player {
                 scale_ *= double{record.R[0]};
                 break;
             case kShade:
-                shade_ = static_cast<int32_t>(std::clamp(record.R[0], -2e9F, 2e9F));
+                shade_ = std::isfinite(record.R[0])
+                             ? static_cast<int32_t>(std::clamp(record.R[0], -2e9F, 2e9F))
+                             : 0;
                 outlined_ = record.I[1] != 0;
                 break;
             case kVertex:
