@@ -143,9 +143,8 @@ bool readReal(const char* field, double& value) {
     constexpr int kHighestPower = static_cast<int>(kPowers.size()) - 1;
     double magnitude = static_cast<double>(digits);
     if (power < -kHighestPower || power > kHighestPower) {
-        if (std::from_chars(field + 1, field + kExponent + 4, magnitude).ec != std::errc{}) {
-            return false;
-        }
+        // Cannot fail: a real has room for every exponent of two digits.
+        std::from_chars(field + 1, field + kExponent + 4, magnitude);
     } else if (power < 0) {
         magnitude /= kPowers[static_cast<std::size_t>(-power)];
     } else {
