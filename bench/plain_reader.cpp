@@ -25,8 +25,15 @@ File openFile(const std::string& path, const char* mode) {
 
 constexpr int kLongestLine = 256;
 
-// Cuts a line and writes its values; gives the integer that counts the details, if it is here.
+// Cuts a line and writes its values at once; gives the integer that counts the details, if it is
+// here.
 int32_t convert(const char* line, const LineLayout& layout, int countField, std::FILE* output) {
+    char values[2 * kLongestLine];
+    char* next = values;
+    const auto put = [&](const void* value, std::size_t size) {
+        std::memcpy(next, value, size);
+        next += size;
+    };
     int32_t count = 0;
     int index = 0;
     for (const Fields& fields : layout) {
@@ -34,15 +41,16 @@ int32_t convert(const char* line, const LineLayout& layout, int countField, std:
             if (fields.type == 'I') {
                 const int32_t value = plainInteger(line, fields.width);
                 if (index == countField) count = value;
-                std::fwrite(&value, sizeof value, 1, output);
+                put(&value, sizeof value);
             } else if (fields.type == 'E') {
                 const double value = plainReal(line, fields.width);
-                std::fwrite(&value, sizeof value, 1, output);
+                put(&value, sizeof value);
             } else {
-                std::fwrite(line, static_cast<std::size_t>(fields.width), 1, output);
+                put(line, static_cast<std::size_t>(fields.width));
             }
         }
     }
+    std::fwrite(values, 1, static_cast<std::size_t>(next - values), output);
     return count;
 }
 

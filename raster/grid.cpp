@@ -12,8 +12,6 @@ namespace {
 
 constexpr std::string_view kEndOfGrid = "EOG";
 
-using Cells = std::array<int32_t, 5>;
-
 // The formats of a grid have no scale: a real without an exponent is not shifted.
 void readShape(GridShape& shape) {
     Line line;
@@ -30,14 +28,14 @@ void readShape(GridShape& shape) {
     read<"2E21.14">(line, shape.bounds[2], shape.bounds[3]);
 }
 
-void readCells(const Line& line, int32_t cellType, Cells& cells) {
+void readCells(const Line& line, int32_t cellType, GridCells& cells) {
     if (cellType == kIntegerCells) {
         read<"5I14">(line, cells[0], cells[1], cells[2], cells[3], cells[4]);
         return;
     }
     std::array<float, 5> reals{};
     read<"5E14.7">(line, reals[0], reals[1], reals[2], reals[3], reals[4]);
-    cells = std::bit_cast<Cells>(reals);
+    cells = std::bit_cast<GridCells>(reals);
 }
 
 }  // namespace
@@ -65,7 +63,7 @@ void IMPGRD(const Name& dataset, const bool& inStack, bool& skip, Status& status
     }
     IMPLIN(line);
     do {
-        Cells cells;
+        GridCells cells;
         readCells(line, shape.cellType, cells);
         GRDWRT(cells, status);
         if (status == kNotWritten) {

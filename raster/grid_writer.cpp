@@ -4,6 +4,7 @@
 #include <bit>
 #include <cmath>
 #include <limits>
+#include <span>
 #include <string>
 
 #include "host/qxbase.h"
@@ -28,18 +29,17 @@ int64_t integerNoData(double value) {
     return fits ? static_cast<int64_t>(whole) : std::numeric_limits<int64_t>::max();
 }
 
-// The cells as the row keeps them.
-void storeCells(std::span<const int32_t> cells, int32_t* row) {
-    if (GRDSTA.cellType == kIntegerCells) {
-        std::transform(cells.begin(), cells.end(), row,
-                       [noData = GRDSTA.integerNoData](int32_t cell) {
-                           return cell == noData ? kNoIntegerData : cell;
-                       });
-        return;
+// What is no data in the file becomes what is none in the row.
+void markNoData(std::span<int32_t> row) {
+    if (GRDSTA.cellType != kIntegerCells) {
+        for (int32_t& cell : row) {
+            const bool noData = std::bit_cast<float>(cell) == GRDSTA.floatNoData;
+            cell = noData ? std::bit_cast<int32_t>(MISSINGFLOAT) : cell;
+        }
+    } else if (GRDSTA.integerNoData <= std::numeric_limits<int32_t>::max()) {
+        const auto noData = static_cast<int32_t>(GRDSTA.integerNoData);
+        for (int32_t& cell : row) cell = cell == noData ? kNoIntegerData : cell;
     }
-    std::transform(cells.begin(), cells.end(), row, [noData = GRDSTA.floatNoData](int32_t cell) {
-        return std::bit_cast<float>(cell) == noData ? std::bit_cast<int32_t>(MISSINGFLOAT) : cell;
-    });
 }
 
 // More room for the row at hand. It grows with the cells that are read, up to all columns.
@@ -89,23 +89,28 @@ void GRDCRE(const Name& dataset, const GridShape& shape, Status& status) {
     CellLyrDelete(name.data());
 }
 
-void GRDWRT(std::span<const int32_t> cells, Status& status) {
+void GRDWRT(const GridCells& cells, Status& status) {
     status = kNotWritten;
     if (GRDSTA.channel < 0) return;
     status = kWindowFull;
     // Behind the last row the column cursor is back at 0.
     if (GRDSTA.rowCursor >= GRDSTA.rows) return;
     status = kSuccess;
-    const auto left = static_cast<std::size_t>(GRDSTA.columns - GRDSTA.columnCursor);
-    const auto kept = cells.first(std::min(cells.size(), left));
-    const auto end = GRDSTA.columnCursor + static_cast<int32_t>(kept.size());
-    if (end > GRDSTA.rowRoom && !makeRoom()) {
+    const int32_t kept =
+        std::min(static_cast<int32_t>(cells.size()), GRDSTA.columns - GRDSTA.columnCursor);
+    if (GRDSTA.columnCursor + kept > GRDSTA.rowRoom && !makeRoom()) {
         status = kNotWritten;
         return;
     }
-    storeCells(kept, GRDSTA.row + GRDSTA.columnCursor);
-    GRDSTA.columnCursor = end;
+    int32_t* const place = GRDSTA.row + GRDSTA.columnCursor;
+    if (kept == static_cast<int32_t>(cells.size())) {
+        std::copy(cells.begin(), cells.end(), place);
+    } else {
+        std::copy_n(cells.begin(), kept, place);
+    }
+    GRDSTA.columnCursor += kept;
     if (GRDSTA.columnCursor < GRDSTA.columns) return;
+    markNoData({GRDSTA.row, static_cast<std::size_t>(GRDSTA.columns)});
     if (PutWindowRow(GRDSTA.channel, GRDSTA.rowCursor, GRDSTA.row) < 0) status = kNotWritten;
     ++GRDSTA.rowCursor;
     GRDSTA.columnCursor = 0;

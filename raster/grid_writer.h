@@ -3,7 +3,6 @@
 #define RASTER_GRID_WRITER_H
 
 #include <array>
-#include <span>
 
 #include "stream/types.h"
 
@@ -40,10 +39,13 @@ struct GridShape {
 // Creates a grid and opens it. status kReported if it cannot be made, and nothing is left of it.
 void GRDCRE(const Name& dataset, const GridShape& shape, Status& status);
 
-// Takes the next cells of a row, as 32-bit words of the grid's cell type; what goes beyond the end
+// The cells of a line, as 32-bit words of the grid's cell type.
+using GridCells = std::array<int32_t, 5>;
+
+// Takes the next cells of a row; what goes beyond the end
 // of the row is dropped. status kWindowFull if all rows are there, kNotWritten if no grid is open
 // or a full row could not be written.
-void GRDWRT(std::span<const int32_t> cells, Status& status);
+void GRDWRT(const GridCells& cells, Status& status);
 
 // Closes the grid; a row that is not full is dropped.
 void GRDCLS();

@@ -40,12 +40,14 @@ constexpr bool toDigits(uint64_t& characters) {
 constexpr bool toDigitsBehindSign(uint64_t& characters, bool& negative) {
     // A digit has this bit, a blank and a minus have not.
     const int start = std::countr_zero(characters & eightTimes(0x10)) & 56;
-    const uint64_t front = (uint64_t{1} << start) - 1;
-    const uint64_t differs = (characters ^ eightTimes(' ')) & front;
-    const uint64_t minus = (uint64_t{'-' ^ ' '} << start) >> 8;
-    negative = differs != 0;
-    characters ^= (characters ^ eightTimes('0')) & front;
-    return toDigits(characters) & (int{differs == 0} | int{differs == minus});
+    // What is in front of the digits, its last character in the highest byte. Two shifts, since
+    // there may be nothing.
+    const uint64_t front = (characters ^ eightTimes(' ')) << (63 - start) << 1;
+    negative = front != 0;
+    characters = (characters ^ eightTimes('0')) >> start << start;
+    const uint64_t others = (characters + eightTimes(0x7F - 9)) | characters;
+    return ((others & eightTimes('\x80')) == 0) &
+           (int{front == 0} | int{front == uint64_t{'-' ^ ' '} << 56});
 }
 
 // Neighbours become pairs, pairs become two numbers of four digits, and those one of eight.
@@ -57,38 +59,45 @@ constexpr uint64_t valueOfDigits(uint64_t digits) {
            32;
 }
 
+// Blanks, a minus or none, then digits to the end.
+template <class T>
+[[gnu::always_inline]] inline bool readEight(uint64_t characters, T& value) {
+    bool negative = false;
+    if (!toDigitsBehindSign(characters, negative)) return false;
+    const uint64_t magnitude = valueOfDigits(characters);
+    if constexpr (sizeof(T) < 4) {
+        if (magnitude > static_cast<uint64_t>(std::numeric_limits<T>::max())) return false;
+    }
+    // Eight digits fit any wider integer. Turned over where there is a minus, without a jump.
+    const auto signs = -static_cast<T>(negative);
+    value = static_cast<T>((static_cast<T>(magnitude) ^ signs) - signs);
+    return true;
+}
+
 // An integer of up to fifteen columns: blanks, a minus or none, then digits to the end of the
 // field.
 template <std::size_t width, class T>
-bool readInteger(const char* field, T& value) {
+[[gnu::always_inline]] inline bool readInteger(const char* field, T& value) {
     if constexpr (!kLowestFirst || width == 0 || width > 15) {
         return false;
+    } else if constexpr (width <= 8) {
+        uint64_t last = 0;
+        std::memcpy(&last, field, width);
+        if constexpr (width < 8) {
+            last = last << (64 - 8 * width) | eightTimes(' ') >> (8 * width);
+        }
+        return readEight(last, value);
     } else {
         constexpr uint64_t kBlanks = eightTimes(' ');
+        uint64_t last = eightCharacters(field + width - 8);
+        uint64_t first =
+            eightCharacters(field) << (8 * (16 - width)) | kBlanks >> (8 * (width - 8));
+        if (first == kBlanks) return readEight(last, value);
         bool negative = false;
-        uint64_t last = 0;
-        uint64_t result = 0;
-        if constexpr (width < 8) {
-            std::memcpy(&last, field, width);
-            last = last << (64 - 8 * width) | kBlanks >> (8 * width);
-        } else {
-            last = eightCharacters(field + width - 8);
-        }
-        if constexpr (width > 8) {
-            uint64_t first =
-                eightCharacters(field) << (8 * (16 - width)) | kBlanks >> (8 * (width - 8));
-            if (first != kBlanks) {
-                if (!toDigitsBehindSign(first, negative) || !toDigits(last)) return false;
-                result = valueOfDigits(first) * 100000000;
-            } else if (!toDigitsBehindSign(last, negative)) {
-                return false;
-            }
-        } else if (!toDigitsBehindSign(last, negative)) {
-            return false;
-        }
-        result += valueOfDigits(last);
-        if (result > static_cast<uint64_t>(std::numeric_limits<T>::max())) return false;
-        value = static_cast<T>(negative ? -static_cast<T>(result) : static_cast<T>(result));
+        if (!toDigitsBehindSign(first, negative) || !toDigits(last)) return false;
+        const uint64_t magnitude = valueOfDigits(first) * 100000000 + valueOfDigits(last);
+        if (magnitude > static_cast<uint64_t>(std::numeric_limits<T>::max())) return false;
+        value = static_cast<T>(negative ? -static_cast<T>(magnitude) : static_cast<T>(magnitude));
         return true;
     }
 }

@@ -94,13 +94,21 @@ consteval Layout parseFormat(std::string_view text) {
     return layout;
 }
 
+// Out of the way of the fast reading, which goes to where a line is read.
+template <class T>
+[[gnu::noinline]] T carefulInteger(std::string_view field, std::size_t firstColumn) {
+    T value{};
+    if (!parseInteger(field, value)) failedField(field, firstColumn);
+    return value;
+}
+
 template <class T>
 inline constexpr bool isFixedText = false;
 template <std::size_t N>
 inline constexpr bool isFixedText<qx::FixedText<N>> = true;
 
 template <Field field, class T>
-void readField(std::string_view line, T& value) {
+[[gnu::always_inline]] inline void readField(std::string_view line, T& value) {
     if constexpr (!std::is_same_v<std::remove_const_t<T>, Ignored>) {
         const std::string_view text =
             field.first < line.size() ? line.substr(field.first, field.width) : std::string_view{};
@@ -129,7 +137,7 @@ void readField(std::string_view line, T& value) {
             if (text.size() == field.width && fast::readInteger<field.width>(text.data(), value)) {
                 return;
             }
-            if (!parseInteger(text, value)) failedField(text, field.first + 1);
+            value = carefulInteger<T>(text, field.first + 1);
         }
     }
 }

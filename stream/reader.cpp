@@ -38,6 +38,21 @@ void openNextVolume() {
     inform("Reading next volume: %1%", reader.IMPNAM);
 }
 
+Status readPhysical(std::span<char> line, int32_t& count) {
+    Status status = kSuccess;
+    aread_(&reader.IMPUNT, line.data(), &count, &status, static_cast<int32_t>(line.size()));
+    return status;
+}
+
+// Out of the way of the reading that most lines need.
+[[gnu::noinline]] Status readInNextVolume(std::span<char> line, int32_t& count, Status status) {
+    while (status == kEndOfFile) {
+        openNextVolume();
+        status = readPhysical(line, count);
+    }
+    return status;
+}
+
 // How many "~" end a text that follows one which ended in some.
 std::size_t escapesAtEnd(std::string_view text, std::size_t before) {
     const std::size_t other = text.find_last_not_of('~');
@@ -164,12 +179,8 @@ void RDVER(const int32_t& channel) {
 std::size_t IMPCOM(std::span<char> line) {
     const std::string_view buffer(line.data(), line.size());
     int32_t count = 0;
-    Status status = kSuccess;
-    for (;;) {
-        aread_(&reader.IMPUNT, line.data(), &count, &status, static_cast<int32_t>(line.size()));
-        if (status != kEndOfFile) break;
-        openNextVolume();
-    }
+    Status status = readPhysical(line, count);
+    if (status != kSuccess) status = readInNextVolume(line, count, status);
     if (status != kSuccess) fatal("Could not import data (IMPCOM)");
     ++reader.lineNumber;
     auto length = static_cast<std::size_t>(count);

@@ -96,6 +96,12 @@ void aclose_(const int32_t* channel) { channels.close(*channel); }
 
 void aread_(const int32_t* channel, char* line, int32_t* count, int32_t* status,
             int32_t lineLength) {
+    TextChannel* found = channels.find(*channel);
+    if (found && found->reader && lineLength == TextReader::kUsualLength &&
+        found->reader->readUsual(line, *count)) {
+        *status = 0;
+        return;
+    }
     const TextReader::Result result = read(channel, line, lineLength, false, count);
     *status = statusOf(result);
 }

@@ -24,6 +24,30 @@ bool TextReader::refill() {
     return true;
 }
 
+bool TextReader::readUsual(char* line, int32_t& count) {
+    const char* start = reinterpret_cast<const char*>(block_.data()) + next_;
+    const std::size_t left = end_ - next_;
+    if (left < kUsualLength || failed_) return false;
+    const void* found = std::memchr(start, '\n', left);
+    if (!found) return false;
+    const auto size = static_cast<std::size_t>(static_cast<const char*>(found) - start);
+    if (size > kUsualLength) return false;
+    // A copy of a length that is known is a few moves. What came along of the next lines is blanked
+    // in steps, of which the last two may overlap.
+    std::memcpy(line, start, kUsualLength);
+    constexpr std::size_t kStep = 8;
+    constexpr std::size_t kLastStep = kUsualLength - kStep;
+    if (size <= kLastStep) {
+        for (std::size_t at = size; at < kLastStep; at += kStep) std::memset(line + at, ' ', kStep);
+        std::memset(line + kLastStep, ' ', kStep);
+    } else {
+        for (std::size_t at = size; at < kUsualLength; ++at) line[at] = ' ';
+    }
+    count = static_cast<int32_t>(size);
+    next_ += size + 1;
+    return true;
+}
+
 TextReader::Result TextReader::read(char* line, std::size_t length, std::size_t& count,
                                     bool inPieces) {
     count = 0;

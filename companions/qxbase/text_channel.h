@@ -18,12 +18,16 @@ class TextReader {
   public:
     enum class Result { kLine, kPiece, kEnd, kFailed };
     static constexpr std::size_t kBlockBytes = 256 * 1024;
+    static constexpr std::size_t kUsualLength = 80;
 
     explicit TextReader(store::File file);
 
     // The next line, cut or padded to length; count is what is in it of the line. In pieces, what
     // does not fit is not cut but left for the next call, and the result is kPiece.
     Result read(char* line, std::size_t length, std::size_t& count, bool inPieces = false);
+    // The same for a buffer of the usual length, as quickly as most lines can be read; false, and
+    // nothing is read, if this one takes more care.
+    bool readUsual(char* line, int32_t& count);
     bool atEnd() { return next_ == end_ && !refill(); }
     void rewind();
     int64_t bytesRead() const { return blockStart_ + static_cast<int64_t>(next_); }

@@ -43,6 +43,7 @@ T get(const std::byte* place) {
 // Runs of numbers; the place holds values.size() of them.
 template <class T>
 void putAll(std::byte* place, std::span<const T> values) {
+#pragma GCC unroll 4
     for (const T value : values) {
         put(place, value);
         place += sizeof(T);

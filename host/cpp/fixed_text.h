@@ -81,7 +81,8 @@ class FixedText {
     bool startsWith(std::string_view text) const { return full().substr(0, text.size()) == text; }
     // Equal but for trailing blanks.
     friend bool operator==(const FixedText& left, std::string_view right) {
-        return left.view() == trimText(right);
+        // Most texts differ at their front.
+        return left.startsWith(right.substr(0, 1)) && left.view() == trimText(right);
     }
     friend bool operator==(const FixedText& left, const char* right) {
         return left == std::string_view(right);
