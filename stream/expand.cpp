@@ -13,12 +13,19 @@ namespace {
 constexpr char kLowestPair = 33;    // stands for 00
 constexpr char kHighestPair = 124;  // stands for 91
 
-// The two digits that a character of a number stands for, as they lie in memory.
-constexpr std::array<std::array<char, 2>, 256> kDigitPairs = [] {
-    std::array<std::array<char, 2>, 256> pairs{};
-    for (std::size_t code = kLowestPair; code <= kHighestPair; ++code) {
-        const std::size_t value = code - kLowestPair;
-        pairs[code] = {static_cast<char>('0' + value / 10), static_cast<char>('0' + value % 10)};
+// Before a character that stands for one of 92 to 99.
+constexpr char kHighMark = 125;
+
+// The two digits that a character of a number stands for, as they lie in memory: by itself, and
+// behind the mark of the high ones. Zeros where it stands for none.
+using PairsOfCharacters = std::array<std::array<char, 2>, 256>;
+constexpr std::array<PairsOfCharacters, 2> kPairs = [] {
+    std::array<PairsOfCharacters, 2> pairs{};
+    for (std::size_t value = 0; value < 100; ++value) {
+        const bool high = value >= 92;
+        const std::size_t code = high ? value - 59 : value + kLowestPair;
+        pairs[high][code] = {static_cast<char>('0' + value / 10),
+                             static_cast<char>('0' + value % 10)};
     }
     return pairs;
 }();
@@ -79,22 +86,15 @@ inline Place plainRun(Place place) {
         // over.
         for (std::size_t index = 0; index < 8; ++index) {
             const auto code = static_cast<unsigned char>(place.next[index]);
-            std::memcpy(place.out + 2 * index, kDigitPairs[code].data(), 2);
+            std::memcpy(place.out + 2 * index, kPairs[0][code].data(), 2);
         }
         const std::size_t count = plainPairs(place.next);
-        if (count == 5) {
-            // Eight digits and an exponent: with a known step the processor goes on before it has
-            // the count.
-            place.next += 5;
-            place.out += 10;
-            return place;
-        }
         place.next += count;
         place.out += 2 * count;
         if (count != 8) return place;
     }
     while (place.more() && isPlain(place.code())) {
-        place = pair(place, kDigitPairs[static_cast<std::size_t>(place.code())]);
+        place = pair(place, kPairs[0][static_cast<std::size_t>(place.code())]);
         ++place.next;
     }
     return place;
@@ -117,11 +117,63 @@ inline Place pairs(Place place) {
     }
 }
 
+// The "~" that ended a number belongs to it, unless it begins a run of blanks. Whether there is one
+// is past guessing, so that nothing jumps at it.
+inline Place behindNumber(Place place) {
+    if (place.last - place.next >= 2) {
+        place.next += int{place.next[0] == '~'} & int{place.next[1] != ' '};
+    }
+    return place;
+}
+
+// Where the five pairs of a single-precision real go: the first digit then moves one to the left,
+// to make room for the point, and "E" and its sign stand before the last pair.
+constexpr std::array<std::size_t, 5> kPlacesOfPairs = {1, 3, 5, 7, 11};
+
+// Puts five pairs there, of which some may be two characters, and goes behind them. False if there
+// is anything else among them.
+inline bool putFivePairs(const char*& next, char* out) {
+    bool sound = true;
+    for (const std::size_t place : kPlacesOfPairs) {
+        // A sum is quicker than a jump that is past guessing.
+        const bool high = *next == kHighMark;
+        next += int{high};
+        const auto& pair = kPairs[high][static_cast<unsigned char>(*next++)];
+        std::memcpy(out + place, pair.data(), pair.size());
+        sound &= pair[0] != 0;
+    }
+    return sound;
+}
+
+// Most numbers of single precision: a digit, the point, seven digits and an exponent. Leaves the
+// place as it is if this is another one.
+inline Place singleReal(Place place, int header) {
+    constexpr std::ptrdiff_t kLongest = 11;  // five pairs and the character behind them
+    if ((header != 15 + 1 && header != 30 + 1) || place.last - place.next < kLongest) return place;
+    const char* next = place.next;
+    if (plainPairs(next) == kPlacesOfPairs.size()) {
+        for (const std::size_t out : kPlacesOfPairs) {
+            const auto& pair = kPairs[0][static_cast<unsigned char>(*next++)];
+            std::memcpy(place.out + out, pair.data(), pair.size());
+        }
+    } else if (!putFivePairs(next, place.out)) {
+        return place;
+    }
+    if (*next != '~' && *next != ' ') return place;
+    place.out[0] = place.out[1];
+    place.out[1] = '.';
+    place.out[9] = 'E';
+    place.out[10] = header < 30 ? '+' : '-';
+    return {next, place.last, place.out + 13};
+}
+
 // A number, from its header on.
 inline Place number(Place place) {
     char* const start = place.out;
     int header = place.code() - 33;
     ++place.next;
+    place = singleReal(place, header);
+    if (place.out != start) return behindNumber(place);
     const int pointBehind = header % 15;
     // The point's place is left free in front of all digits; those before it then move up.
     if (pointBehind != 0) ++place.out;
@@ -145,13 +197,10 @@ inline Place number(Place place) {
         place.out[-1] = header < 30 ? '+' : '-';
         place.out += 2;
     }
-    // The "~" that ended the token belongs to it, unless it begins a run of blanks. Whether there
-    // is one is past guessing, so that nothing jumps at it.
-    if (place.last - place.next >= 2) {
-        place.next += int{place.next[0] == '~'} & int{place.next[1] != ' '};
-    }
-    return place;
+    return behindNumber(place);
 }
+
+constexpr std::size_t kUsualLength = 80;
 
 // Blanks stop at the limit. Anything else gives at most 2 characters for one of the text, and a
 // token 3 more for its 2 of escape and header. Eight pairs may be written where one was.
@@ -181,7 +230,13 @@ void DCMLIN(std::string_view work, std::span<char> line, int32_t& count) {
     std::array<char, kRoom> decoded;
     const char* const end = decode(text, decoded.data(), decoded.data() + limit);
     const std::size_t length = std::min(limit, static_cast<std::size_t>(end - decoded.data()));
-    qx::padText(line.data(), line.size(), {decoded.data(), length});
+    if (line.size() == kUsualLength) {
+        // Copies and fills of a length that is known are a few moves.
+        std::memset(decoded.data() + length, ' ', kUsualLength);
+        std::memcpy(line.data(), decoded.data(), kUsualLength);
+    } else {
+        qx::padText(line.data(), line.size(), {decoded.data(), length});
+    }
     count = static_cast<int32_t>(length);
 }
 

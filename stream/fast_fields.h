@@ -114,52 +114,66 @@ template <std::size_t width, std::size_t decimals>
 inline constexpr bool kIsRealShape =
     kLowestFirst && (decimals == 7 || decimals == 14) && width == std::size_t{decimals} + 7;
 
+// Eight characters as they lie in memory.
+consteval uint64_t word(const char (&text)[9]) {
+    uint64_t characters = 0;
+    for (int index = 7; index >= 0; --index) {
+        characters = characters << 8 | static_cast<unsigned char>(text[index]);
+    }
+    return characters;
+}
+
+// Not within the function, where each call would make its own.
+inline constexpr std::array<double, 23> kPowers = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                                   1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                                   1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+
+// Digits and powers of ten that a double holds exactly: one operation rounds once. Anything else
+// goes to the library, which cannot fail: a real has room for every exponent of two digits.
+inline double scaled(uint64_t digits, int power, const char* first, const char* last) {
+    constexpr int kHighestPower = static_cast<int>(kPowers.size()) - 1;
+    double magnitude = static_cast<double>(digits);
+    if (power < -kHighestPower || power > kHighestPower) {
+        std::from_chars(first, last, magnitude);
+    } else if (power < 0) {
+        magnitude /= kPowers[static_cast<std::size_t>(-power)];
+    } else {
+        magnitude *= kPowers[static_cast<std::size_t>(power)];
+    }
+    return magnitude;
+}
+
 // A real of 14 or 21 columns with 7 or 14 decimals: blank or sign, a digit, a point, the decimals,
 // "E", a sign and two digits.
 template <int decimals>
 bool readReal(const char* field, double& value) {
     if constexpr (!kLowestFirst) return false;
     constexpr std::size_t kExponent = decimals + 3;
-    const auto first = static_cast<unsigned>(field[1] - '0');
-    const auto tens = static_cast<unsigned>(field[kExponent + 2] - '0');
-    const auto ones = static_cast<unsigned>(field[kExponent + 3] - '0');
-    const char exponentSign = field[kExponent + 1];
-    if (!isSignOrBlank(field[0]) || first > 9 || field[2] != '.' || field[kExponent] != 'E' ||
-        (exponentSign != '+' && exponentSign != '-') || tens > 9 || ones > 9) {
+    // The first digits and the end, where all is 0 now that is no digit and as it has to be.
+    const uint64_t head = eightCharacters(field + 1) ^ word("0.000000");
+    const uint64_t end = eightCharacters(field + kExponent - 4) ^ word("0000E+00");
+    const uint64_t exponentSign = end >> 40 & 0xFF;
+    const bool smaller = exponentSign == ('+' ^ '-');
+    const uint64_t tail = end & ~(uint64_t{0xFF} << 40);
+    // A digit is 9 at most, and anything else 0, if adding this leaves the highest bit free.
+    uint64_t others = head | (head + word("\x76\x7F\x76\x76\x76\x76\x76\x76")) | tail |
+                      (tail + word("\x76\x76\x76\x76\x7F\x7F\x76\x76"));
+    // The point drops out, the first digit goes to its place.
+    uint64_t digits = head >> 8 | (head & 0xFF);
+    if constexpr (decimals == 7) {
+        digits = valueOfDigits(digits | end >> 24 << 56);
+    } else {
+        const uint64_t middle = eightCharacters(field + 9) ^ eightTimes('0');
+        others |= middle | (middle + eightTimes(0x7F - 9));
+        digits = valueOfDigits(digits << 8) * 100000000 + valueOfDigits(middle);
+    }
+    if ((others & eightTimes('\x80')) != 0 || !(int{smaller} | int{exponentSign == 0}) ||
+        !isSignOrBlank(field[0])) {
         return false;
     }
-    // The last eight characters before the exponent, of which those that are no decimals, or were
-    // read before, count as zeros.
-    uint64_t last = eightCharacters(field + kExponent - 8);
-    uint64_t digits = first;
-    if constexpr (decimals == 14) {
-        uint64_t before = eightCharacters(field + 3);
-        if (!toDigits(before) || !toDigits(last)) return false;
-        last &= ~uint64_t{0xFFFF};
-        digits = (digits * 100000000 + valueOfDigits(before)) * 1000000;
-    } else {
-        last = (last & ~uint64_t{0xFF}) | '0';
-        if (!toDigits(last)) return false;
-        digits *= 10000000;
-    }
-    digits += valueOfDigits(last);
-    const int exponent = static_cast<int>(10 * tens + ones);
-    const int power = (exponentSign == '-' ? -exponent : exponent) - decimals;
-    // Below 2^53 the digits are exact, and so are these powers: one operation rounds once.
-    constexpr std::array<double, 23> kPowers = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                                1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
-                                                1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
-    constexpr int kHighestPower = static_cast<int>(kPowers.size()) - 1;
-    double magnitude = static_cast<double>(digits);
-    if (power < -kHighestPower || power > kHighestPower) {
-        // Cannot fail: a real has room for every exponent of two digits.
-        std::from_chars(field + 1, field + kExponent + 4, magnitude);
-    } else if (power < 0) {
-        magnitude /= kPowers[static_cast<std::size_t>(-power)];
-    } else {
-        magnitude *= kPowers[static_cast<std::size_t>(power)];
-    }
-    value = withSign(field[0], magnitude);
+    const int exponent = static_cast<int>(10 * (tail >> 48 & 0xFF) + (tail >> 56));
+    const int power = (smaller ? -exponent : exponent) - decimals;
+    value = withSign(field[0], scaled(digits, power, field + 1, field + kExponent + 4));
     return true;
 }
 

@@ -215,14 +215,6 @@ void failedField(std::string_view field, std::size_t firstColumn, int64_t linesB
           std::string_view(place));
 }
 
-bool readReal(std::string_view field, int decimals, int scale, double& value) {
-    const char* text = field.data();
-    if (field.size() == 14 && decimals == 7 && fast::readReal<7>(text, value)) return true;
-    if (field.size() == 21 && decimals == 14 && fast::readReal<14>(text, value)) return true;
-    if (field.size() == 24 && decimals == 17 && fast::readLongReal(text, value)) return true;
-    return parseReal(field, decimals, scale, value);
-}
-
 double realField(std::string_view field, std::size_t firstColumn, int decimals, int scale) {
     double value = 0;
     if (!readReal(field, decimals, scale, value)) failedField(field, firstColumn);

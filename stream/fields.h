@@ -46,7 +46,13 @@ bool readInteger(std::string_view field, T& value) {
     }
     return parseInteger(field, value);
 }
-bool readReal(std::string_view field, int decimals, int scale, double& value);
+inline bool readReal(std::string_view field, int decimals, int scale, double& value) {
+    const char* text = field.data();
+    if (field.size() == 14 && decimals == 7 && fast::readReal<7>(text, value)) return true;
+    if (field.size() == 21 && decimals == 14 && fast::readReal<14>(text, value)) return true;
+    if (field.size() == 24 && decimals == 17 && fast::readLongReal(text, value)) return true;
+    return parseReal(field, decimals, scale, value);
+}
 
 // Ends the import with the one message for a field that cannot be read: the text, its columns
 // (from 1) and the line of the file that was read last, or one so many lines before it.

@@ -111,7 +111,7 @@ class Beginning {
 };
 
 void assembleLine(std::span<char> line) {
-    EXPFLS();
+    if (reader.EXPCOL != 0) EXPFLS();
     Beginning beginning;
     std::string_view physical = reader.IMPBUF.view();
     auto start = static_cast<std::size_t>(reader.IMPCOL - 1);
