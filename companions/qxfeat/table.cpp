@@ -40,6 +40,7 @@ std::unique_ptr<Table> Table::define(const std::string& directory, int32_t numbe
     std::unique_ptr<Table> table(new Table(directory, number));
     table->definition_.name = name;
     table->changed_ = true;
+    table->listed_ = false;
     beingWritten = table.get();
     return table;
 }
@@ -65,7 +66,7 @@ void Table::finish() {
 
 std::unique_ptr<Table> Table::open(const std::string& directory, int32_t number, bool toWrite) {
     std::unique_ptr<Table> table(new Table(directory, number));
-    table->opened_ = table->listed_ = true;
+    table->opened_ = true;
     TableDefinition& definition = table->definition_;
     if (!definition.read(tableFile(directory, number, "def"))) return nullptr;
     if (!definition.externalPath.empty() && !staysInside(definition.externalPath)) return nullptr;

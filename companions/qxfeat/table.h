@@ -84,7 +84,7 @@ class Table : public store::Buffered {
     TableDefinition definition_;
     bool changed_ = false;
     bool opened_ = false;
-    bool listed_ = false;
+    bool listed_ = true;  // or has nothing yet that the catalogue could list
     std::unique_ptr<store::RecordWriter> writer_;
     std::unique_ptr<store::RecordReader> reader_;
     std::vector<std::byte> record_;

@@ -105,6 +105,8 @@ void infdef_(const char* name, const char* directory, const char*, const int32_t
     const int32_t number = catalogue.nextNumber;
     removeFiles(place, number);
     if (!takeNumber()) return;
+    // A table that nobody is given would be finished while the catalogue is held.
+    tables().makeRoom();
     *table = tables().add(Table::define(place, number, wanted));
     *status = kSuccess;
 }

@@ -22,6 +22,8 @@ class HandleTable {
         objects_.push_back(std::move(object));
         return static_cast<int32_t>(objects_.size());
     }
+    // The next add takes no memory.
+    void makeRoom() { objects_.reserve(objects_.size() + 1); }
     // Null for a number that is no open handle.
     T* find(int32_t handle) const {
         if (handle < 1 || static_cast<std::size_t>(handle) > objects_.size()) return nullptr;

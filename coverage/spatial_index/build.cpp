@@ -1,5 +1,6 @@
 #include "coverage/spatial_index/build.h"
 
+#include <cerrno>
 #include <new>
 
 #include "coverage/spatial_index/build_state.h"
@@ -33,6 +34,8 @@ void SPXBGN(int32_t recordCount, const Box& extent, Status& status) {
     try {
         indexBuild.counts.assign(std::size_t{1} << indexBuild.depth, 0);
     } catch (const std::bad_alloc&) {
+        // Not all builders look at the status.
+        wrfailC("a spatial index", ENOMEM);
         return;
     }
     call(scrgetC, indexBuild.scratch);
