@@ -5,6 +5,7 @@
 #include <iostream>
 #include <new>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "app/intake/command_line.h"
@@ -15,6 +16,17 @@ namespace {
 void tellOutOfMemory() {
     static constexpr char kText[] = "intake: out of memory\n";
     [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, kText, sizeof kText - 1);
+}
+
+// What only reads has nothing to finish. It ends where memory does, because neither the library's
+// directory iterators nor JSON values survive that.
+void endReading() {
+    tellOutOfMemory();
+    ::_exit(program::kEnded);
+}
+
+bool onlyReads(std::string_view command) {
+    return command == "show" || command == "dump" || command == "draw";
 }
 
 // A library that needs memory in order to give some back ends the program here.
@@ -32,6 +44,7 @@ void tellOutOfMemory() {
 
 int main(int count, char** arguments) {
     std::set_terminate(endForWantOfMemory);
+    if (count > 1 && onlyReads(arguments[1])) std::set_new_handler(endReading);
     std::ios::sync_with_stdio(false);
     program::Console console{std::cout, std::cerr, ::isatty(STDERR_FILENO) != 0};
     try {

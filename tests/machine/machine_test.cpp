@@ -73,7 +73,7 @@ TEST_P(FailingMachine, TellsWhatFails) {
             EXPECT_EQ(ended.leaked, 0);
             EXPECT_GE(ended.result, 0);
             const bool same = stored() == soundFiles_ && ended.result == sound_.result;
-            const bool told = ended.worst() >= QX_NONFATAL && ended.messages != sound_.messages;
+            const bool told = ended.worst() >= QX_WARN && ended.messages != sound_.messages;
             EXPECT_TRUE(same || told) << ::testing::PrintToString(ended.messages);
             if (plan.losesWrites && !same) {
                 EXPECT_EQ(ended.result, 0) << ::testing::PrintToString(ended.messages);
