@@ -15,8 +15,8 @@ namespace {
 // Gone when the program ends.
 struct Folder {
     fs::path path;
-    Folder() {
-        std::string name = (fs::temp_directory_path() / "intake-bench-XXXXXX").string();
+    explicit Folder(const fs::path& parent) {
+        std::string name = (parent / "intake-bench-XXXXXX").string();
         require(mkdtemp(name.data()) != nullptr, "no folder to write to");
         path = name;
     }
@@ -26,6 +26,12 @@ struct Folder {
     }
 };
 
+fs::path memory() {
+    const fs::path shared = "/dev/shm";
+    return fs::is_directory(shared) ? shared : fs::temp_directory_path();
+}
+
+bool inMemory = false;
 int32_t worstLevel = 0;
 std::string worstMessage;
 
@@ -38,9 +44,16 @@ void keepWorst(int32_t level, const char* text, void*) {
 }  // namespace
 
 const fs::path& folder() {
-    static const Folder made;
+    if (inMemory) {
+        static const Folder made{memory()};
+        return made.path;
+    }
+    static const Folder made{fs::temp_directory_path()};
     return made.path;
 }
+
+InMemory::InMemory() { inMemory = true; }
+InMemory::~InMemory() { inMemory = false; }
 
 void import(const fs::path& file, const char* dataset) {
     worstLevel = QX_INFORM;
