@@ -83,7 +83,8 @@ std::size_t Table::recordBytes() const {
         }
     }
     // Records have an even number of bytes.
-    return static_cast<std::size_t>(bytes + bytes % 2);
+    bytes += bytes % 2;
+    return static_cast<std::size_t>(bytes);
 }
 
 void Table::checkItemCount() const {

@@ -32,8 +32,9 @@ void environmentToFile(TINENV& environment) { turn<swi4nb_, swr4nb_, swd8nb_>(en
 void environmentFromFile(TINENV& environment) { turn<swi4bn_, swr4bn_, swd8bn_>(environment); }
 
 float realVersion(int32_t version) {
-    return static_cast<float>(0.01 * (version % 100) + 0.1 * (version / 100 % 100) +
-                              version / 10000);
+    const int32_t major = version / 10000;
+    const int32_t minor = version / 100 % 100;
+    return static_cast<float>(0.01 * (version % 100) + 0.1 * minor + major);
 }
 
 int32_t versionWord(int32_t version) {

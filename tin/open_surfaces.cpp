@@ -24,7 +24,8 @@ Table table;
 
 void makeRoom() {
     const int32_t wanted = table.count == 0 ? kFirstSlots : table.count + kMoreSlots;
-    void* memory = QX_Realloc(table.slots, static_cast<std::size_t>(wanted) * sizeof(Tin*));
+    constexpr std::size_t kSlot = sizeof(Tin*);  // NOLINT(bugprone-sizeof-expression): a pointer
+    void* memory = QX_Realloc(table.slots, static_cast<std::size_t>(wanted) * kSlot);
     if (!memory) throw std::bad_alloc();
     table.slots = static_cast<Tin**>(memory);
     std::fill(table.slots + table.count, table.slots + wanted, nullptr);

@@ -112,9 +112,8 @@ bool Index::block(int32_t number, std::vector<int32_t>& entries) {
 // As the builder maps the boxes of features, so that what meets in the coverage meets here.
 Cells Index::map(const double* box) const {
     static constexpr double kLast = kCells - 1;
-    const auto scale = [&](int side) {
-        const double width =
-            extent[static_cast<std::size_t>(side + 2)] - extent[static_cast<std::size_t>(side)];
+    const auto scale = [&](std::size_t side) {
+        const double width = extent[side + 2] - extent[side];
         return double{static_cast<float>(width == 0 ? kLast : kLast / width)};
     };
     const auto cell = [](double place) {

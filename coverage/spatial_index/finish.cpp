@@ -64,7 +64,7 @@ void putEntry(const int32_t* record) {
         output.block = record[0];
         if (record[0] == 0) return;
     }
-    const auto at = static_cast<std::size_t>(2 * output.entries++);
+    const auto at = 2 * static_cast<std::size_t>(output.entries++);
     output.words[at] = record[1];
     output.words[at + 1] = record[2];
     if (output.entries == kBlockEntries) flushBlock();
