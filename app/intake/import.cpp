@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <nlohmann/json.hpp>
+#include <stdexcept>
 #include <vector>
 
 #include "app/intake/dataset.h"
@@ -57,7 +58,7 @@ class Report {
     // A file may give rise to any number; the object holds the first ones and tells of the others.
     template <class Make>
     void keep(nlohmann::ordered_json& list, Make make) {
-        constexpr std::size_t kMostKept = 100000;
+        constexpr std::size_t kMostKept = 10000;
         if (!options_.json) return;
         if (list.size() < kMostKept) {
             list.push_back(make());
@@ -117,7 +118,10 @@ int importFile(const ImportOptions& options, Console& console) {
     // Standard output is for the object alone.
     const int32_t quiet = options.quiet && !options.json ? 1 : 0;
     const int32_t result = ImportFile(options.file.c_str(), options.dataset.c_str(), quiet);
-    if (options.json) console.output << report.outcome(result).dump() << std::endl;
+    if (options.json) {
+        console.output << report.outcome(result).dump() << std::endl;
+        if (!console.output) throw std::runtime_error("could not write the output");
+    }
     return report.exitStatus(result);
 }
 

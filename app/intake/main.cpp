@@ -1,5 +1,6 @@
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <exception>
 #include <iostream>
@@ -44,6 +45,8 @@ bool onlyReads(std::string_view command) {
 
 int main(int count, char** arguments) {
     std::set_terminate(endForWantOfMemory);
+    // A file that grows beyond a limit of the system is a write that fails, and is told as one.
+    std::signal(SIGXFSZ, SIG_IGN);
     if (count > 1 && onlyReads(arguments[1])) std::set_new_handler(endReading);
     std::ios::sync_with_stdio(false);
     program::Console console{std::cout, std::cerr, ::isatty(STDERR_FILENO) != 0};

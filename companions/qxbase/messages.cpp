@@ -28,25 +28,39 @@ std::vector<std::string> values;
 std::string routine;  // of the next message, empty where it was not named
 std::vector<void (*)()> beforeUnwinding;
 
+// Bytes of the character of UTF-8 at the front that is no control; 0 where there is none.
+std::size_t characterLength(std::string_view text) {
+    const auto code = [&](std::size_t index) { return static_cast<unsigned char>(text[index]); };
+    if (code(0) < 0x80) return code(0) < 32 || code(0) == 127 ? 0 : 1;
+    // 0xC2 with 0x80 to 0x9F is the second set of controls; 0xC0 and 0xC1 begin nothing.
+    const std::size_t length = code(0) < 0xC2   ? 0
+                               : code(0) < 0xE0 ? 2
+                               : code(0) < 0xF0 ? 3
+                               : code(0) < 0xF5 ? 4
+                                                : 0;
+    if (text.size() < length || (code(0) == 0xC2 && code(1) < 0xA0)) return 0;
+    for (std::size_t index = 1; index < length; ++index) {
+        if ((code(index) & 0xC0) != 0x80) return 0;
+    }
+    return length;
+}
+
+// Shows controls as \x1B. Other bytes that are no UTF-8 stay: a text may be in another character
+// set.
 std::string escaped(std::string_view text) {
     constexpr char kDigits[] = "0123456789ABCDEF";
     std::string result;
-    const auto code = [&](std::size_t index) { return static_cast<unsigned char>(text[index]); };
-    const auto isControl = [&](std::size_t index) {
-        if (code(index) < 32 || code(index) == 127) return true;
-        // The second set of controls, as a byte alone or in two of UTF-8. Within a longer character
-        // of UTF-8 such a byte is none.
-        if (code(index) < 0x80 || code(index) > 0x9F) return false;
-        return index == 0 || code(index - 1) < 0x80 || code(index - 1) == 0xC2;
-    };
-    for (std::size_t index = 0; index < text.size(); ++index) {
-        if (isControl(index)) {
+    while (!text.empty()) {
+        const std::size_t length = characterLength(text);
+        const auto code = static_cast<unsigned char>(text[0]);
+        if (length == 0 && (code < 0xA0)) {
             result += "\\x";
-            result += kDigits[code(index) >> 4];
-            result += kDigits[code(index) & 15];
+            result += kDigits[code >> 4];
+            result += kDigits[code & 15];
         } else {
-            result += text[index];
+            result += text.substr(0, std::max<std::size_t>(length, 1));
         }
+        text.remove_prefix(std::max<std::size_t>(length, 1));
     }
     return result;
 }

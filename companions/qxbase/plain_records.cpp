@@ -1,10 +1,12 @@
 // Plain record files: the records alone.
 #include <algorithm>
+#include <array>
 #include <memory>
 
 #include "companions/qxbase/state.h"
 #include "companions/store/file.h"
 #include "companions/store/handle_table.h"
+#include "companions/store/record_file.h"
 #include "host/cpp/fixed_text.h"
 #include "host/qxbase/records.h"
 
@@ -29,6 +31,16 @@ void add(int32_t* handle, int32_t* status, File file, int32_t recordBytes) {
     *handle =
         files.add(std::make_unique<PlainRecordFile>(PlainRecordFile{std::move(file), recordBytes}));
     *status = 0;
+}
+
+// Whether the file holds something that is no plain records of this length. What begins like a
+// record file with a header is none, whatever its size.
+bool isOther(const File& file, int32_t recordBytes) {
+    std::array<std::byte, store::RecordHeader::kBytes> front{};
+    store::RecordHeader header;
+    const bool hasHeader = file.readAt(0, front) == static_cast<int64_t>(front.size()) &&
+                           store::RecordHeader::parse(front, header);
+    return hasHeader || (recordBytes > 0 && file.size() % recordBytes != 0);
 }
 
 int64_t place(const PlainRecordFile& file, int32_t number) {
@@ -58,7 +70,9 @@ void icreat_(int32_t* handle, const char* name, const int32_t* recordBytes, int3
 void iopen_(int32_t* handle, const char* name, const int32_t* recordBytes, const int32_t* mode,
             int32_t* status, int32_t nameLength) {
     const std::string path = qxbase::located(qx::textArgument(name, nameLength));
-    add(handle, status, *mode == 2 ? File::readWrite(path) : File::read(path), *recordBytes);
+    File file = *mode == 2 ? File::readWrite(path) : File::read(path);
+    if (*mode == 2 && file.isOpen() && isOther(file, *recordBytes)) file.close();
+    add(handle, status, std::move(file), *recordBytes);
 }
 
 void iwrite_(const int32_t* handle, const void* record, const int32_t* recordBytes,

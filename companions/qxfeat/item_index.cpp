@@ -3,6 +3,7 @@
 // with its sign turned, and all bits where it is negative.
 #include <algorithm>
 #include <bit>
+#include <cerrno>
 #include <cmath>
 #include <cstring>
 #include <exception>
@@ -16,6 +17,7 @@
 #include "companions/store/words.h"
 #include "host/cpp/call.h"
 #include "host/cpp/fixed_text.h"
+#include "host/qxbase/failures.h"
 #include "host/qxbase/sort.h"
 #include "host/qxfeat/table_reading.h"
 
@@ -165,8 +167,13 @@ bool buildIndex(Table& table, std::size_t place) {
     const std::size_t length = keyBytes(item.item.descriptor) + kNumberBytes;
     header.recordBytes = static_cast<int32_t>(length);
     header.kept = {static_cast<int32_t>(place + 1), item.item.descriptor.type, 0};
-    auto writer = store::RecordWriter::create(table.indexPath(place), header);
-    if (!writer) return false;
+    const std::string path = table.indexPath(place);
+    auto writer = store::RecordWriter::create(path, header);
+    if (!writer) {
+        // Who asks for an index need not look whether it came about.
+        wrfailC(path.c_str(), errno);
+        return false;
+    }
     const auto records = table.records();
     build = {records.get(), &item, writer.get(), length, nullptr};
     const bool sorted = !records || sortEntries();

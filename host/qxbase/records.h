@@ -14,7 +14,8 @@ QX_API void iexist_(const char* name, int32_t* status, int32_t nameLength);
 /* Creates the file, which must not exist. recordBytes: bytes in a record, above 0. */
 QX_API void icreat_(int32_t* handle, const char* name, const int32_t* recordBytes, int32_t* status,
                     int32_t nameLength);
-/* Opens an existing file. mode 1 to read, 2 to read and write. */
+/* Opens an existing file. mode 1 to read, 2 to read and write. What is no file of whole records of
+ * this length, or has the header of another kind of file, is not opened to be written. */
 QX_API void iopen_(int32_t* handle, const char* name, const int32_t* recordBytes,
                    const int32_t* mode, int32_t* status, int32_t nameLength);
 /* Writes or reads the record of a number; reading beyond the last record fails. */

@@ -43,7 +43,9 @@ TEST_F(Services, MessagesFillInTheirValuesOnce) {
         {"%1%-%2%-%3%", {"a"}, "a--"},
         {"%1%|", {"  a  "}, "  a|"},
         {"%1%", {"tab\tline\nend\x7F"}, "tab\\x09line\\x0Aend\\x7F"},
-        {"%1%", {"\xC3\x85 \xC2\x9B \x9B"}, "\xC3\x85 \xC2\\x9B \\x9B"},
+        {"%1%",
+         {"\xC3\x85 \xC2\x9B \x9B \xE9\x9B \xE2\x80\x9B"},
+         "\xC3\x85 \xC2\\x9B \\x9B \xE9\\x9B \xE2\x80\x9B"},
         {"100% %4% %1", {"a"}, "100% %4% %1"},
     };
     for (const auto& each : cases) {

@@ -62,11 +62,18 @@ TEST_F(Fonts, FailuresAreTold) {
     EXPECT_EQ(complaints()[0], "Error in opening " + path("HUGE") +
                                    ":\nIGL Error The file could not be opened or made.");
     EXPECT_FALSE(std::filesystem::exists(path("huge")));
-    // Nor is one that is there opened for as many.
+    // Nor is one that is there opened for as many, nor what is no font.
     writeFile(path("huge"), "");
     EXPECT_EQ(import("HUGE"), 0);
     EXPECT_EQ(fileBytes(path("huge")), "");
     givenFont(1, 1);
+    const std::string header =
+        "QXRECORD" + std::string("\0\0\0\1", 4) + std::string(23, '\0') + '\4';
+    for (const std::string& other : {std::string("text"), header + std::string(124, '\0')}) {
+        writeFile(path("other"), other);
+        EXPECT_EQ(import("OTHER"), 0);
+        EXPECT_EQ(fileBytes(path("other")), other);
+    }
     EXPECT_EQ(import("TOOLONG"), 0);
     EXPECT_EQ(complaints()[0], "TOOLONG is longer than 6 characters - IGL does't allow that!");
     EXPECT_EQ(import("no/FONT"), 0);
