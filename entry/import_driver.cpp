@@ -164,7 +164,7 @@ void finish() {
 }  // namespace
 
 void IMPSUB(std::string_view dataset, std::string_view file, const int32_t& kind) {
-    if (dataset.size() > Name::kLength) fatal("Dataset name is too long (IMPSUB)");
+    if (dataset.size() > QX_DATASET_LENGTH) fatal("Dataset name is too long (IMPSUB)");
     if (qx::trimText(dataset).empty()) fatal("Dataset name is empty (IMPSUB)");
     import.DSNAME = import.targetName = dataset;
     // It may have been planted to have files made elsewhere.

@@ -31,6 +31,14 @@ void tellPlainly(int32_t level, const char* text) {
     } catch (...) {}
 }
 
+// A host whose function calls again for each message is told once.
+void refuse() {
+    thread_local bool telling = false;
+    if (std::exchange(telling, true)) return;
+    tellPlainly(QX_NONFATAL, "Another import is running in this process.");
+    telling = false;
+}
+
 // An exception that is no error of the message service has given no message yet.
 void tellException(const std::exception& exception) {
     try {
@@ -95,7 +103,7 @@ int32_t runImport(const char* interchangePath, const char* datasetName) {
 int32_t ImportFile(const char* interchangePath, const char* datasetName, int32_t quiet) {
     // A host that calls from a message or from another thread. The import that runs goes on.
     if (importRuns.test_and_set()) {
-        tellPlainly(QX_NONFATAL, "Another import is running in this process.");
+        refuse();
         return kEndedByError;
     }
     const Companions companions(quiet);

@@ -25,7 +25,11 @@
 #define QX_NORETURN
 #endif
 
-/* Characters in a path or dataset name. The one place to change it. */
+/* Characters in a path. The one place to change it. */
 #define QX_NAME_LENGTH 1024
+
+/* Characters in the name of a dataset that is to be made: each of its files has a path that fits.
+ */
+#define QX_DATASET_LENGTH (QX_NAME_LENGTH - 128)
 
 #endif

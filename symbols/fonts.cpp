@@ -26,8 +26,10 @@ Name workingDirectory(const Name& file) {
     call(dget_, current);
     const std::string_view inside = directory.view();
     if (inside.size() < current.view().size() || !inside.starts_with(current.view())) {
-        const Name relative = directory;
-        call(ejoin_, current, relative, directory);
+        Name joined;
+        call(ejoin_, current, directory, joined);
+        // One that is too long is entered by its own name, which means the same.
+        if (!joined.blank()) directory = joined;
     }
     return directory;
 }

@@ -68,7 +68,7 @@ void dexist_(const char* directory, int32_t* status, int32_t directoryLength) {
 }
 
 void dget_(char* directory, int32_t directoryLength) {
-    textResult(directory, directoryLength, currentDirectory());
+    qx::wholeResult(directory, directoryLength, currentDirectory());
 }
 
 void dpush_(const char* directory, int32_t* status, int32_t directoryLength) {

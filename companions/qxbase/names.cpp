@@ -5,16 +5,7 @@
 
 using qx::textArgument;
 using qx::textResult;
-
-namespace {
-
-// A path that does not fit its buffer is none, lest it be cut to the name of another file.
-void pathResult(char* buffer, int32_t length, const std::string& path) {
-    const bool fits = length > 0 && path.size() <= static_cast<std::size_t>(length);
-    textResult(buffer, length, fits ? path : std::string());
-}
-
-}  // namespace
+using qx::wholeResult;
 
 int32_t lenchr_(const char* text, int32_t textLength) {
     return static_cast<int32_t>(textArgument(text, textLength).size());
@@ -34,7 +25,7 @@ void ename_(const char* path, char* name, int32_t pathLength, int32_t nameLength
 
 void ejoin_(const char* directory, const char* name, char* joined, int32_t directoryLength,
             int32_t nameLength, int32_t joinedLength) {
-    pathResult(
+    wholeResult(
         joined, joinedLength,
         store::joinPath(textArgument(directory, directoryLength), textArgument(name, nameLength)));
 }
@@ -46,12 +37,12 @@ void ejoins_(const char* directory, const char* name, char* joined, int32_t dire
 
 void aname_(const char* dataset, char* path, const int32_t* code, int32_t datasetLength,
             int32_t pathLength) {
-    pathResult(path, pathLength, store::memberPath(textArgument(dataset, datasetLength), *code));
+    wholeResult(path, pathLength, store::memberPath(textArgument(dataset, datasetLength), *code));
 }
 
 void fname_(const char* coverage, const char* subclass, char* path, const int32_t* code,
             int32_t coverageLength, int32_t subclassLength, int32_t pathLength) {
-    pathResult(path, pathLength,
-               store::memberPath(textArgument(coverage, coverageLength), *code,
-                                 textArgument(subclass, subclassLength)));
+    wholeResult(path, pathLength,
+                store::memberPath(textArgument(coverage, coverageLength), *code,
+                                  textArgument(subclass, subclassLength)));
 }

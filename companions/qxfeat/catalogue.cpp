@@ -36,14 +36,17 @@ std::string cataloguePath(const std::string& directory) {
 bool takeEntry(int32_t number, const std::string& name) {
     if (number == 0 || number == INT32_MIN || std::abs(number) == INT32_MAX) return false;
     Catalogue& catalogue = kept.catalogue;
-    if (number > 0) {
-        if (catalogue.numbers.size() == Catalogue::kMostTables) return false;
-        if (!name.empty()) catalogue.numbers[name] = number;
-        catalogue.nextNumber = std::max(catalogue.nextNumber, number + 1);
-    } else {
-        catalogue.numbers.erase(name);
+    if (number < 0) {
+        if (catalogue.numbers.erase(name) != 0) catalogue.nameBytes -= name.size();
         ++kept.erased;
+        return true;
     }
+    if (!name.empty()) {
+        if (!catalogue.hasRoomFor(name)) return false;
+        const bool added = catalogue.numbers.insert_or_assign(name, number).second;
+        if (added) catalogue.nameBytes += name.size();
+    }
+    catalogue.nextNumber = std::max(catalogue.nextNumber, number + 1);
     return true;
 }
 
@@ -56,11 +59,22 @@ void readEntries(PackedReader& reader) {
     while (catalogue.sound) {
         int32_t number = 0;
         std::string name;
-        reader >> number >> name;
+        (reader >> number).text(name, QX_NAME_LENGTH);
         // An entry that is not whole was cut off, or is being written.
         if (!reader.ok()) return;
         catalogue.sound = takeEntry(number, name);
         kept.end = reader.position();
+    }
+}
+
+void readAnew(const std::string& directory, const std::string& path) {
+    kept = {};
+    kept.directory = directory;
+    PackedReader reader(path, kMark);
+    if (reader.ok()) {
+        readEntries(reader);
+    } else {
+        kept.catalogue.sound = !store::exists(path);
     }
 }
 
@@ -69,7 +83,7 @@ bool replaceCatalogue() {
     PackedWriter writer;
     writer.raw(kMark) << kVersion << catalogue.nextNumber << catalogue.statisticsBytes;
     for (const Catalogue::Entry& entry : catalogue.entries()) {
-        writer << entry.number << std::string_view(entry.name);
+        writer << entry.number << entry.name;
     }
     const std::string path = cataloguePath(kept.directory);
     if (!store::replaceFile(path, writer.bytes())) return false;
@@ -99,7 +113,7 @@ bool addEntry(int32_t number, const std::string& name) {
 }  // namespace
 
 int32_t Catalogue::find(std::string_view name) const {
-    const auto found = numbers.find(std::string(name));
+    const auto found = numbers.find(name);
     return found == numbers.end() ? 0 : found->second;
 }
 
@@ -115,17 +129,12 @@ std::vector<Catalogue::Entry> Catalogue::entries() const {
 const Catalogue& readCatalogue(const std::string& directory) {
     const std::string path = cataloguePath(directory);
     const auto file = store::File::read(path).identity();
-    if (file.known() && file == kept.file && directory == kept.directory) return kept.catalogue;
-    kept = {};
-    PackedReader reader(path, kMark);
-    if (reader.ok()) {
-        readEntries(reader);
-    } else {
-        kept.catalogue.sound = !store::exists(path);
+    if (!file.known() || file != kept.file || directory != kept.directory) {
+        readAnew(directory, path);
+        kept.file = file;
     }
+    // Each import that meets it says so.
     if (!kept.catalogue.sound) rdfailC(path.c_str(), 0);
-    kept.directory = directory;
-    kept.file = file;
     return kept.catalogue;
 }
 
@@ -148,7 +157,7 @@ bool enterTable(const std::string& directory, int32_t number, const std::string&
     const CatalogueLock lock(directory);
     const Catalogue& catalogue = readCatalogue(directory);
     if (!lock.held() || !catalogue.sound) return false;
-    const bool full = catalogue.numbers.size() == Catalogue::kMostTables;
+    const bool full = !catalogue.hasRoomFor(name);
     if (!full && catalogue.find(name) == 0) return addEntry(number, name);
     // Another process was faster.
     wrfailC(cataloguePath(directory).c_str(), full ? ENOSPC : EEXIST);

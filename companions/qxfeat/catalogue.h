@@ -12,9 +12,9 @@
 #define COMPANIONS_QXFEAT_CATALOGUE_H
 
 #include <cstdint>
+#include <map>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "companions/store/file.h"
@@ -24,20 +24,26 @@ namespace qxfeat {
 struct Catalogue {
     struct Entry {
         int32_t number;
-        std::string name;
+        std::string_view name;
     };
     static constexpr int32_t kDoubleStatistics = 8;
-    // What is kept of each while an import runs comes to a few megabytes.
+    // What is kept of all while an import runs comes to some megabytes.
     static constexpr std::size_t kMostTables = 65536;
+    static constexpr std::size_t kMostNameBytes = 4 << 20;
 
     bool sound = true;  // false if it cannot be understood; none at all is an empty one
     int32_t nextNumber = 1;
     int32_t statisticsBytes = kDoubleStatistics;  // bytes of a real in tables of statistics
-    std::unordered_map<std::string, int32_t> numbers;
+    std::map<std::string, int32_t, std::less<>> numbers;
+    std::size_t nameBytes = 0;  // of all names
 
     // The number of a table; 0 for none.
     int32_t find(std::string_view name) const;
-    // In the order of their definition.
+    // Whether one more table can be listed.
+    bool hasRoomFor(std::string_view name) const {
+        return numbers.size() < kMostTables && nameBytes + name.size() <= kMostNameBytes;
+    }
+    // In the order of their definition, good for as long as the catalogue is.
     std::vector<Entry> entries() const;
 };
 

@@ -187,8 +187,8 @@ void infxnm_(const int32_t* table, const int32_t* item, char* path, int32_t path
     const Table* found = tables().find(*table);
     const bool there =
         found && *item >= 1 && static_cast<std::size_t>(*item) <= found->definition().items.size();
-    qx::textResult(path, pathLength,
-                   there ? found->indexPath(static_cast<std::size_t>(*item) - 1) : std::string());
+    qx::wholeResult(path, pathLength,
+                    there ? found->indexPath(static_cast<std::size_t>(*item) - 1) : std::string());
 }
 
 void inxitm_(const char* path, const int32_t* table, const QxItemDescriptor* item, int32_t* status,

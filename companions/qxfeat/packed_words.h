@@ -3,8 +3,9 @@
 #ifndef COMPANIONS_QXFEAT_PACKED_WORDS_H
 #define COMPANIONS_QXFEAT_PACKED_WORDS_H
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
-#include <cstring>
 #include <span>
 #include <string>
 #include <string_view>
@@ -37,48 +38,64 @@ class PackedWriter {
     std::vector<std::byte> bytes_;
 };
 
+// Reads a file in pieces, so that it takes no more memory than what is kept of it.
 class PackedReader {
   public:
-    // Takes a whole file in; not ok if it cannot be read or does not begin with the mark.
-    PackedReader(const std::string& path, std::string_view mark) {
-        const store::File file = store::File::read(path);
-        const int64_t size = file.isOpen() ? file.size() : -1;
-        if (size < static_cast<int64_t>(mark.size())) return;
-        bytes_.resize(static_cast<std::size_t>(size));
-        ok_ = file.readAt(0, bytes_) == size &&
-              std::memcmp(bytes_.data(), mark.data(), mark.size()) == 0;
-        next_ = mark.size();
+    // Not ok if the file cannot be read or does not begin with the mark.
+    PackedReader(const std::string& path, std::string_view mark) : file_(store::File::read(path)) {
+        constexpr int64_t kMostPiece = 64 * 1024;
+        ok_ = file_.isOpen();
+        if (!ok_) return;
+        piece_.resize(static_cast<std::size_t>(std::clamp<int64_t>(file_.size(), 1, kMostPiece)));
+        std::string start;
+        readText(start, mark.size());
+        ok_ = ok_ && start == mark;
     }
     PackedReader& operator>>(int32_t& value) {
-        if (const std::byte* place = take(sizeof value)) value = store::get<int32_t>(place);
+        std::array<std::byte, sizeof value> bytes;
+        if (take(bytes)) value = store::get<int32_t>(bytes.data());
         return *this;
     }
-    PackedReader& operator>>(std::string& text) {
+    // A text of at most so many bytes; a longer one is not ok.
+    PackedReader& text(std::string& text, std::size_t most) {
         int32_t length = -1;
         *this >> length;
-        if (length < 0) ok_ = false;
-        const std::byte* place = ok_ ? take(static_cast<std::size_t>(length)) : nullptr;
-        if (place) {
-            text.assign(reinterpret_cast<const char*>(place), static_cast<std::size_t>(length));
-        }
+        ok_ = ok_ && length >= 0 && static_cast<std::size_t>(length) <= most;
+        if (ok_) readText(text, static_cast<std::size_t>(length));
         return *this;
     }
     bool ok() const { return ok_; }
     // Where the next number or text begins.
-    int64_t position() const { return static_cast<int64_t>(next_); }
+    int64_t position() const { return pieceStart_ + static_cast<int64_t>(next_); }
 
   private:
-    const std::byte* take(std::size_t count) {
-        if (!ok_ || bytes_.size() - next_ < count) {
-            ok_ = false;
-            return nullptr;
+    void readText(std::string& text, std::size_t length) {
+        text.resize(length);
+        take(std::as_writable_bytes(std::span(text)));
+    }
+    bool take(std::span<std::byte> bytes) {
+        while (ok_ && !bytes.empty()) {
+            if (next_ == end_) refill();
+            const std::size_t count = std::min(bytes.size(), end_ - next_);
+            std::copy_n(piece_.data() + next_, count, bytes.data());
+            next_ += count;
+            bytes = bytes.subspan(count);
         }
-        next_ += count;
-        return bytes_.data() + (next_ - count);
+        return ok_;
+    }
+    void refill() {
+        pieceStart_ += static_cast<int64_t>(end_);
+        const int64_t count = file_.readAt(pieceStart_, piece_);
+        next_ = 0;
+        end_ = static_cast<std::size_t>(std::max<int64_t>(count, 0));
+        ok_ = count > 0;
     }
 
-    std::vector<std::byte> bytes_;
+    store::File file_;
+    std::vector<std::byte> piece_;
+    int64_t pieceStart_ = 0;
     std::size_t next_ = 0;
+    std::size_t end_ = 0;
     bool ok_ = false;
 };
 

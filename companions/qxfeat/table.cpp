@@ -90,7 +90,7 @@ int64_t Table::recordCount() const {
 }
 
 bool Table::addItem(TableItem item) {
-    if (hasRecords()) return false;
+    if (hasRecords() || definition_.items.size() == kMostItems) return false;
     const auto place = static_cast<int32_t>(definition_.items.size()) + 1;
     item.item.number = item.item.redefined != 0 ? -1 : place;
     definition_.add(std::move(item));

@@ -120,13 +120,15 @@ bool TableDefinition::read(const std::string& path) {
     PackedReader reader(path, kMark);
     int32_t version = 0;
     int32_t count = 0;
-    reader >> version >> recordLength >> storedLength >> count >> name >> externalPath;
-    if (!reader.ok() || version != kVersion || recordLength < 0 || storedLength < recordLength) {
+    reader >> version >> recordLength >> storedLength >> count;
+    reader.text(name, QX_NAME_LENGTH).text(externalPath, QX_NAME_LENGTH);
+    if (!reader.ok() || count > static_cast<int32_t>(kMostItems) || version != kVersion ||
+        recordLength < 0 || storedLength < recordLength) {
         return false;
     }
     for (int32_t index = 0; index < count; ++index) {
         TableItem each;
-        reader >> each.name >> each.alternateName;
+        reader.text(each.name, kLongestItemName).text(each.alternateName, kLongestItemName);
         eachNumber([&](int32_t& number) { reader >> number; }, each);
         const QxItemDescriptor& place = each.item.descriptor;
         const bool inside = place.start >= 1 && place.width >= 0 && each.offset >= 0 &&

@@ -9,11 +9,15 @@
 #include <vector>
 
 #include "host/qxfeat/table_reading.h"
+#include "host/qxfeat/tables.h"
 
 namespace qxfeat {
 
 // The last byte of a record that an item may take.
 inline constexpr int32_t kHighestEnd = 32766;
+inline constexpr std::size_t kMostItems = 9999;
+// Those that carry the name of their coverage are as long as that of a table.
+inline constexpr std::size_t kLongestItemName = QX_TABLE_NAME_LENGTH;
 
 struct TableItem {
     std::string name;

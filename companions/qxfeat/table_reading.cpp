@@ -19,7 +19,7 @@ constexpr int32_t kFailed = -1;
 constexpr int32_t kEnd = -1;
 
 struct TableList {
-    std::vector<Catalogue::Entry> entries;
+    std::vector<std::string> names;
     std::size_t next = 0;
 };
 
@@ -49,22 +49,20 @@ void inflst_(int32_t* list, const char* directory, const char* owner, int32_t* c
              int32_t directoryLength, int32_t ownerLength) {
     const std::string_view wanted = textArgument(owner, ownerLength);
     // What a damaged catalogue still names is listed.
-    auto entries = readCatalogue(std::string(textArgument(directory, directoryLength))).entries();
-    if (!wanted.empty()) {
-        std::erase_if(entries,
-                      [&](const Catalogue::Entry& entry) { return !belongs(entry.name, wanted); });
-    }
-    *count = static_cast<int32_t>(entries.size());
+    const auto& catalogue = readCatalogue(std::string(textArgument(directory, directoryLength)));
     auto made = std::make_unique<TableList>();
-    made->entries = std::move(entries);
+    for (const Catalogue::Entry& entry : catalogue.entries()) {
+        if (wanted.empty() || belongs(entry.name, wanted)) made->names.emplace_back(entry.name);
+    }
+    *count = static_cast<int32_t>(made->names.size());
     *list = lists.add(std::move(made));
 }
 
 void infnxt_(const int32_t* list, char* name, int32_t* status, int32_t nameLength) {
     TableList* found = lists.find(*list);
     *status = kEnd;
-    if (!found || found->next == found->entries.size()) return;
-    textResult(name, nameLength, found->entries[found->next++].name);
+    if (!found || found->next == found->names.size()) return;
+    textResult(name, nameLength, found->names[found->next++]);
     *status = kSuccess;
 }
 

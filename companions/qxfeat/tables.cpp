@@ -21,11 +21,6 @@ using qx::textArgument;
 constexpr int32_t kSuccess = 0;
 constexpr int32_t kFailed = -1;
 
-void giveName(char* buffer, int32_t length, std::string_view name) {
-    const bool fits = static_cast<int64_t>(name.size()) <= length;
-    qx::textResult(buffer, length, fits ? name : std::string_view());
-}
-
 bool haveDirectory(const std::string& path) {
     return store::isDirectory(path) || store::makeDirectory(path) || store::isDirectory(path);
 }
@@ -56,9 +51,9 @@ void infarc_(const char* coverage, char* directory, char* prefix, char* name,
              int32_t coverageLength, int32_t directoryLength, int32_t prefixLength,
              int32_t nameLength) {
     const std::string_view path = textArgument(coverage, coverageLength);
-    giveName(directory, directoryLength, store::infoDirectory(path));
+    qx::wholeResult(directory, directoryLength, store::infoDirectory(path));
     qx::textResult(prefix, prefixLength, "");
-    giveName(name, nameLength, store::namePart(path));
+    qx::wholeResult(name, nameLength, store::namePart(path));
 }
 
 void infpth_(const char* path, char* directory, char* prefix, char* name, int32_t pathLength,
@@ -95,7 +90,7 @@ void infdef_(const char* name, const char* directory, const char*, const int32_t
     const CatalogueLock lock(place);
     const Catalogue& catalogue = readCatalogue(place);
     if (!lock.held() || !catalogue.sound || catalogue.find(wanted) != 0) return;
-    if (catalogue.numbers.size() == Catalogue::kMostTables) {
+    if (!catalogue.hasRoomFor(wanted)) {
         qx::call(meschr_, std::string_view(place), 0);
         qx::call(nonftl_, "%1% holds as many tables as it can", -1);
         return;
@@ -124,6 +119,7 @@ void infadi_(const int32_t* table, const int32_t* redefined, const char* name,
     TableItem item;
     item.name = textArgument(name, nameLength);
     item.alternateName = textArgument(alternateName, alternateNameLength);
+    if (std::max(item.name.size(), item.alternateName.size()) > kLongestItemName) return;
     item.item.descriptor = {*start, *width, *type, *decimals, *outputWidth};
     item.item.redefined = *redefined != 0 ? 1 : 0;
     const int32_t* kept[] = {columns20to21, column26,      column37,
@@ -181,6 +177,6 @@ void infput_(const int32_t* table, const int32_t* number, const void* record, in
 
 void infxml_nam_(const int32_t* table, char* path, int32_t pathLength) {
     const Table* found = tables().find(*table);
-    giveName(path, pathLength,
-             found ? tableFile(found->directory(), found->number(), "xml") : std::string());
+    qx::wholeResult(path, pathLength,
+                    found ? tableFile(found->directory(), found->number(), "xml") : std::string());
 }

@@ -46,6 +46,12 @@ inline void textResult(char* buffer, int32_t length, std::string_view text) {
     if (length > 0) padText(buffer, static_cast<std::size_t>(length), text);
 }
 
+// The same for a path or a name of which a part would be another one: blank if it does not fit.
+inline void wholeResult(char* buffer, int32_t length, std::string_view text) {
+    const bool fits = length > 0 && text.size() <= static_cast<std::size_t>(length);
+    textResult(buffer, length, fits ? text : std::string_view());
+}
+
 // A buffer of N characters, blank at the start.
 template <std::size_t N>
 class FixedText {

@@ -56,7 +56,8 @@ QX_API void infdef_(const char* name, const char* directory, const char* prefix,
 /* Adds an item definition. redefined: 1 for an item that names bytes of other items once more.
  * The six numbers in between are kept and given back as they are; they are named for their columns
  * in an interchange file. status not 0 for a start below 1, a negative width, an item that ends
- * beyond byte 32766, or a table that has records already. */
+ * beyond byte 32766, a name of more than QX_TABLE_NAME_LENGTH characters, the item behind the
+ * 9999th, or a table that has records already. */
 QX_API void infadi_(const int32_t* table, const int32_t* redefined, const char* name,
                     const char* alternateName, const char* blanks, const int32_t* type,
                     const int32_t* width, const int32_t* outputWidth, const int32_t* decimals,
@@ -97,7 +98,8 @@ QX_API void infput_(const int32_t* table, const int32_t* number, const void* rec
 
 /* The name of the index file of an item, and building it anew. The number of an item is its place
  * among the definitions, from 1. With a blank path the index is that of the item whose place, width
- * and type the descriptor has. status not 0 if there is no such item or the file cannot be made. */
+ * and type the descriptor has. A name that does not fit its buffer is given as blank. status not 0
+ * if there is no such item or the file cannot be made. */
 QX_API void infxnm_(const int32_t* table, const int32_t* item, char* path, int32_t pathLength);
 QX_API void inxitm_(const char* path, const int32_t* table, const QxItemDescriptor* item,
                     int32_t* status, int32_t pathLength);

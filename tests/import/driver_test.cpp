@@ -129,7 +129,8 @@ TEST_F(Driver, SectionsFollowOneAnotherAsTheyCome) {
 }
 
 TEST_F(Driver, NamesThatCannotBeAreRefused) {
-    const std::string longName(1025, 'x');
+    const std::string longFile(QX_NAME_LENGTH + 1, 'x');
+    const std::string longName(QX_DATASET_LENGTH + 1, 'x');
     const std::string file = path("in.e00");
     const std::string dataset = path("DS");
     const std::string link = path("link");
@@ -147,7 +148,7 @@ TEST_F(Driver, NamesThatCannotBeAreRefused) {
         {file.c_str(), link.c_str(), link + " is a symbolic link (IMPSUB)"},
         {"", dataset.c_str(), "Could not open import file.."},
         {nullptr, dataset.c_str(), "Could not open import file.."},
-        {longName.c_str(), dataset.c_str(), "Could not open import file.."},
+        {longFile.c_str(), dataset.c_str(), "Could not open import file.."},
     };
     for (const auto& each : cases) {
         std::vector<std::string> said;
@@ -162,6 +163,22 @@ TEST_F(Driver, NamesThatCannotBeAreRefused) {
     mesink_(nullptr, nullptr);
 }
 
+TEST_F(Driver, EveryFileOfTheLongestNameFits) {
+    std::string deep = "deep";
+    while (path(deep).size() < QX_DATASET_LENGTH) {
+        std::filesystem::create_directory(path(deep));
+        const std::size_t left = QX_DATASET_LENGTH - path(deep).size();
+        deep += '/' + std::string(left > 200 ? 100 : left - 1, 'x');
+    }
+    ASSERT_EQ(path(deep).size(), std::size_t{QX_DATASET_LENGTH});
+    for (const char* name : {"cover_indexes", "ifo_suffixes", "tin_whole", "map", "stk_tables"}) {
+        const std::string file = INTAKE_SOURCE_DIR "/fuzz/seeds/import/" + std::string(name);
+        EXPECT_EQ(import(deep, file + ".e00"), 1) << name;
+        EXPECT_EQ(complaints(), std::vector<std::string>()) << name;
+        std::filesystem::remove_all(path(deep));
+    }
+}
+
 TEST_F(Driver, OneImportAtATime) {
     struct Host {
         std::string file;
@@ -174,11 +191,11 @@ TEST_F(Driver, OneImportAtATime) {
         [](int32_t, const char* text, void* user) {
             Host& host = *static_cast<Host*>(user);
             host.said.emplace_back(text);
-            if (host.said.size() != 1) return;
             const auto call = [&] {
                 return ImportFile(host.file.c_str(), host.dataset.c_str(), 1);
             };
             host.inner = call();
+            if (host.said.size() != 2) return;
             std::thread([&] { host.other = call(); }).join();
         },
         &host);

@@ -42,12 +42,31 @@ std::string table(const char* name, int items, int records) {
            print("%4d%10d\n", 0, records);
 }
 
+std::string word(int value) {
+    std::string text(4, '\0');
+    for (int each = 0; each < 4; ++each) text[3 - each] = static_cast<char>(value >> 8 * each);
+    return text;
+}
+
+// A catalogue of tables with names of one length, and with entries of tables that were erased.
+std::string catalogue(int tables, int length, int erased) {
+    std::string text = "QXTABLES" + word(2) + word(1) + word(8);
+    for (int each = 1; each <= tables; ++each) {
+        std::string name = "T" + std::to_string(each) + '.';
+        name.resize(static_cast<std::size_t>(length), 'X');
+        text += word(each) + word(length) + name;
+    }
+    for (int each = 1; each <= erased; ++each) text += word(-each) + word(0);
+    return text;
+}
+
 struct Case {
     const char* name;
     std::string text;
     int32_t result;
-    std::string message;        // what ends the import
-    std::size_t megabytes = 0;  // of the largest record
+    std::string message;         // what ends the import
+    std::size_t megabytes = 0;   // of the largest record
+    std::string catalogue = "";  // that lies in the workspace
 };
 
 std::vector<Case> cases() {
@@ -113,6 +132,11 @@ std::vector<Case> cases() {
          "GRD  2\n         1         1 1\n 1.0                  1.0\n\n 268435456.           "
          "1.\n\n",
          0, unreadable + "1 to 14"},
+        {"a catalogue that is full but for one, and is written anew",
+         coverage + "IFO  2\n" + table("T.AB", 0, 0) + table("T.AB", 0, 0) + "EOI\n", 1, "", 0,
+         catalogue(65535, 63, 100000)},
+        {"a catalogue of long names", coverage + "IFO  2\n" + table("T.AB", 0, 0) + "EOI\n", 1,
+         "info/catalog is damaged", 0, catalogue(65535, 250, 0)},
         {"records that need no text", coverage + "IFO  2\n" + table("T.AB", 0, 1000001), 0,
          "Invalid record count (IMPINF)"},
     };
@@ -136,6 +160,10 @@ TEST_F(Memory, StaysWithin32MebibytesAndTheLargestRecord) {
     for (Case& each : all) {
         given("EXP  0 X\n" + each.text + "EOS\n");
         each.text = {};
+        std::filesystem::remove_all(path("info"));
+        std::filesystem::create_directory(path("info"));
+        if (!each.catalogue.empty()) writeFile(path("info/catalog"), each.catalogue);
+        each.catalogue = {};
         const pid_t child = fork();
         if (child == 0) {
             malloc_trim(0);
@@ -147,8 +175,9 @@ TEST_F(Memory, StaysWithin32MebibytesAndTheLargestRecord) {
             const auto told = complaints();
             const bool right =
                 result == each.result &&
-                (each.message.empty() ? told.empty()
-                                      : !told.empty() && told.back().starts_with(each.message));
+                (each.message.empty()
+                     ? told.empty()
+                     : !told.empty() && told.back().find(each.message) != std::string::npos);
             if (!right)
                 std::fprintf(stderr, "%s: %d %s\n", each.name, result,
                              told.empty() ? "" : told.back().c_str());

@@ -17,6 +17,7 @@
 #include <numeric>
 #include <random>
 #include <set>
+#include <unordered_set>
 
 #include "entry/section_table.h"
 #include "host/qxbase.h"
@@ -133,6 +134,11 @@ class Bench {
             !fs::is_empty(root_ / "tmp") || stored("outside") != kOutside) {
             return "nothing is written beside the workspace";
         }
+        // Most changes leave one of few workspaces, and what could be read once can be again.
+        std::string whole;
+        for (const auto& [name, bytes] : stored()) whole += name + '\0' + bytes + '\0';
+        const std::size_t left = std::hash<std::string>()(whole);
+        if (readable_.count(left) != 0) return "";
         for (const char* command : {"show", "dump"}) {
             std::ostringstream output;
             std::ostringstream errors;
@@ -142,6 +148,7 @@ class Bench {
             const bool oneLine = std::count(said.begin(), said.end(), '\n') == 1;
             if (status != 0 && !oneLine) return std::string(command) + " says: " + said;
         }
+        readable_.insert(left);
         return "";
     }
 
@@ -165,6 +172,7 @@ class Bench {
     std::string before_ = std::getenv("TMPDIR") ? std::getenv("TMPDIR") : "";
     fs::path root_;
     std::vector<fs::path> volumes_;
+    std::unordered_set<std::size_t> readable_;  // hashes of workspaces that were
 };
 
 // The file in the compressed form; empty where it has none.
