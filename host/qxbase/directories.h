@@ -16,8 +16,8 @@ QX_API int32_t dcreatC(const char* directory);
 /* A symbolic link is no directory here. */
 QX_API void dexist_(const char* directory, int32_t* status, int32_t directoryLength);
 
-/* The directory that was entered last, or the current directory of the process; blank if it does not
- * fit. */
+/* The directory that was entered last, or the current directory of the process; blank if it does
+ * not fit. */
 QX_API void dget_(char* directory, int32_t directoryLength);
 
 /* Enters a directory and remembers the old one; dpop_ returns to it. Plain record files with a
