@@ -6,6 +6,8 @@
 
 namespace intake {
 
+inline constexpr int16_t kNumberOfRedefined = -1;
+
 struct ItemDefinition {
     FixedText<16> name;
     int16_t width = 0;  // bytes in the record
@@ -20,10 +22,10 @@ struct ItemDefinition {
     int16_t columns40to43 = 0;
     int16_t columns44to47 = 0;
     FixedText<16> alternateName;
-    int16_t number = 0;  // from 1; -1 for a redefined item
+    int16_t number = 0;  // from 1
     bool indexed = false;
 
-    bool redefined() const { return number == -1; }
+    bool redefined() const { return number == kNumberOfRedefined; }
 };
 
 // Decodes the line of an item.

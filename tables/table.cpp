@@ -15,6 +15,7 @@ namespace {
 // A table without any text would fill the disk by its record count alone.
 constexpr int32_t kHighestCountWithoutText = 1000000;
 constexpr std::size_t kMostBytesWithoutText = 16 << 20;
+constexpr int32_t kMostIndexesOfRedefined = 256;
 
 // What an item adds to the length of a record's text. An unknown type adds as much as the widest
 // real, and a date eight columns whatever its width. Stays.
@@ -146,7 +147,11 @@ void readItems(Table& table, const Name& dataset, const Target& target, int32_t 
 }
 
 void buildIndexes(const Table& table) {
+    // Redefined items have no text of their own that would justify their indexes.
+    int32_t ofRedefined = 0;
     for (const IndexedItem& indexed : table.IDXLST) {
+        if (indexed.number == kNumberOfRedefined && ++ofRedefined > kMostIndexesOfRedefined)
+            continue;
         Name path;
         QxItemDescriptor item = table.ITMTAB[indexed.place];
         if (indexed.number >= 1) {
@@ -158,6 +163,9 @@ void buildIndexes(const Table& table) {
         // An index that cannot be built is not told. Stays.
         Status status = kSuccess;
         call(inxitm_, path, table.handle, item, status);
+    }
+    if (ofRedefined > kMostIndexesOfRedefined) {
+        warn("Too many indexes of redefined items in %1% %2%", table.TBLNAM, table.routine);
     }
 }
 

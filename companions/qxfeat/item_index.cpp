@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <bit>
 #include <cerrno>
+#include <charconv>
 #include <cmath>
 #include <cstring>
 #include <exception>
@@ -90,11 +91,16 @@ Index openIndex(const int32_t* table, const int32_t* place) {
 std::size_t indexedItem(const Table& table, std::string_view path, const QxItemDescriptor& item) {
     const auto& items = table.definition().items;
     std::size_t place = 0;
-    while (place < items.size() && (path.empty() ? !samePlace(items[place].item.descriptor, item)
-                                                 : table.indexPath(place) != path)) {
-        ++place;
+    if (path.empty()) {
+        while (place < items.size() && !samePlace(items[place].item.descriptor, item)) ++place;
+        return place;
     }
-    return place;
+    // The file's name ends in the item's number.
+    std::size_t number = 0;
+    const std::size_t digits = path.find_last_not_of("0123456789") + 1;
+    std::from_chars(path.data() + digits, path.data() + path.size(), number);
+    const bool there = number >= 1 && number <= items.size() && table.indexPath(number - 1) == path;
+    return there ? number - 1 : items.size();
 }
 
 // The entries of an index on their way through the sort, which calls back without a pointer of its
@@ -197,9 +203,14 @@ void inxitm_(const char* path, const int32_t* table, const QxItemDescriptor* ite
     Table* found = tables().find(*table);
     if (!found) return;
     const std::size_t place = indexedItem(*found, qx::textArgument(path, pathLength), *item);
-    if (place >= found->definition().items.size() || !buildIndex(*found, place)) return;
-    found->markIndexed(place);
+    if (place >= found->definition().items.size()) return;
     *status = kSuccess;
+    if (found->indexedSince(place)) return;
+    if (buildIndex(*found, place)) {
+        found->markIndexed(place);
+    } else {
+        *status = kFailed;
+    }
 }
 
 void inxfnd_(const int32_t* table, const int32_t* place, const double* value, const char* text,

@@ -122,9 +122,9 @@ bool Table::putRecordsIn(const std::string& path) {
 
 void Table::markIndexed(std::size_t place) {
     indexes_.erase(place);
+    indexedSince_.insert(place);
     definition_.items[place].item.indexed = 1;
     changed_ = true;
-    flush();
 }
 
 bool Table::startRecords() {
@@ -147,6 +147,7 @@ bool Table::startRecords() {
 bool Table::putRecord(int64_t number, const std::byte* record) {
     if (!writer_ && (hasRecords() || !startRecords())) return false;
     if (number < 1 || number > writer_->count() + 1) return false;
+    indexedSince_.clear();
     std::vector<std::byte> whole;
     std::byte* place = nullptr;
     const auto stored = static_cast<std::size_t>(definition_.storedLength);

@@ -4,8 +4,8 @@
 
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "companions/qxfeat/table_definition.h"
@@ -37,8 +37,11 @@ class Table : public store::Buffered {
     // Defining. All are false once there are records.
     bool addItem(TableItem item);
     bool putRecordsIn(const std::string& path);
-    // Keeps that an item, by its place from 0, has an index.
+    // Keeps that an item, by its place from 0, has an index. The definition says so once the table
+    // is closed.
     void markIndexed(std::size_t place);
+    // Whether that was since the last record was put.
+    bool indexedSince(std::size_t place) const { return indexedSince_.count(place) != 0; }
 
     bool putRecord(int64_t number, const std::byte* record);
     // The bytes that infenc_ is to fill for an item of this table that is moved; empty for others.
@@ -90,8 +93,9 @@ class Table : public store::Buffered {
     std::vector<std::byte> record_;
     bool recordRead_ = false;
     std::vector<Moved> moved_;
-    std::unordered_map<uint64_t, std::size_t> movedPlaces_;  // by placeKey, into moved_
+    std::map<uint64_t, std::size_t> movedPlaces_;  // by placeKey, into moved_
     std::map<std::size_t, std::unique_ptr<store::RecordReader>> indexes_;
+    std::set<std::size_t> indexedSince_;
 };
 
 store::HandleTable<Table>& tables();

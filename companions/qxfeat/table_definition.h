@@ -4,8 +4,8 @@
 
 #include <cstdint>
 #include <map>
+#include <set>
 #include <string>
-#include <unordered_set>
 #include <vector>
 
 #include "host/qxfeat/table_reading.h"
@@ -51,7 +51,7 @@ struct TableDefinition {
     // The bytes that stored items take, as runs from the first byte to behind the last, and the
     // places of those items by their keys.
     std::map<int32_t, int32_t> taken_;
-    std::unordered_set<uint64_t> places_;
+    std::set<uint64_t> places_;
 };
 
 bool isTextType(int32_t type);
