@@ -506,6 +506,19 @@ TEST_F(Tables, AreIndexedInOrderWithoutRoomForAllKeys) {
     }
 }
 
+TEST_F(Tables, HaveFewIndexesOfRedefinedItems) {
+    std::vector<Item> items = {{"A", 300, 1, 2}};
+    for (int start = 1; start <= 300; ++start) items.push_back({"B", 1, start, 2, 10, -1, -1, 'I'});
+    given(kCurrent + table("S.A", 1, 1, items) + record({{300, "text"}}) + kEnd);
+    ASSERT_EQ(import(), 1);
+    const std::string told = "Too many indexes of redefined items in DS.A (IMPINF)";
+    EXPECT_EQ(complaints(), std::vector<std::string>{told});
+    const json stored = records("table").at(0)["items"];
+    EXPECT_EQ(std::count_if(stored.begin(), stored.end(),
+                            [](const json& item) { return item["indexed"] == true; }),
+              256);
+}
+
 TEST_F(Tables, OfManyProcessesMeetInOneWorkspace) {
     constexpr int kProcesses = 8;
     constexpr int kTables = 12;
