@@ -6,8 +6,6 @@
 
 namespace intake {
 
-inline constexpr int16_t kNumberOfRedefined = -1;
-
 struct ItemDefinition {
     FixedText<16> name;
     int16_t width = 0;  // bytes in the record
@@ -25,7 +23,7 @@ struct ItemDefinition {
     int16_t number = 0;  // from 1
     bool indexed = false;
 
-    bool redefined() const { return number == kNumberOfRedefined; }
+    bool redefined() const { return number == -1; }
 };
 
 // Decodes the line of an item.

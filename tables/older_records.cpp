@@ -60,7 +60,7 @@ void readOlderRecords(Table& table) {
     read<"I4">(line, length);
     // Cut towards zero, so that a length of 0 still takes one line.
     const int64_t lines = (length - 1) / static_cast<int32_t>(Line::kLength) + 1;
-    table.checkRecordCount(lines > 0);
+    table.checkRecordCount(lines);
     std::vector<std::byte> record(table.recordBytes());
     const auto recordLength = static_cast<int32_t>(record.size());
     RecordText text;

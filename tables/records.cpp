@@ -51,7 +51,7 @@ void tellUnableToEncode(const Table& table, int32_t item, int32_t record) {
 
 void readRecords(Table& table) {
     const int64_t lines = (table.textLength + Line::kLength - 1) / int64_t{Line::kLength};
-    table.checkRecordCount(lines > 0);
+    table.checkRecordCount(lines);
     std::vector<std::byte> record(table.recordBytes());
     const auto recordLength = static_cast<int32_t>(record.size());
     RecordText text;

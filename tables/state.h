@@ -12,6 +12,7 @@ struct TablesState {
     bool renamingOlder = false;     // IM1INF
     bool renamingMetadata = false;  // IMPIMD
     Handle textChannel = 0;         // the file of TXTOPN, TXTPUT and TXTCLS
+    int64_t bytesWithoutText = 0;   // stored for records and indexes beyond what text justifies
 };
 
 extern TablesState tablesState;

@@ -1,21 +1,40 @@
 #include "tables/table.h"
 
 #include <algorithm>
+#include <set>
 #include <string>
+#include <tuple>
 
 #include "host/qxfeat/table_names.h"
+#include "host/qxfeat/table_reading.h"
 #include "stream/format.h"
 #include "stream/reader.h"
 #include "stream/report.h"
+#include "tables/state.h"
 
 namespace intake {
 
 namespace {
 
-// A table without any text would fill the disk by its record count alone.
+// A table without any text would fill the disk by its record count alone, and so would wide records
+// of short text. What an import stores beyond these bytes for a column of text is counted.
 constexpr int32_t kHighestCountWithoutText = 1000000;
-constexpr std::size_t kMostBytesWithoutText = 16 << 20;
-constexpr int32_t kMostIndexesOfRedefined = 256;
+constexpr int64_t kRecordBytesPerColumn = 4;
+constexpr int64_t kIndexBytesPerColumn = 8;
+constexpr int64_t kMostBytesWithoutText = 16 << 20;
+
+// Counts what each record of the table takes beyond what its text justifies; false, and nothing is
+// counted, where that is more than the import has left.
+bool hasRoomFor(const Table& table, int64_t bytes, int64_t justified) {
+    const int64_t more = (bytes - justified) * table.header.records;
+    if (more <= 0) return true;
+    if (more > kMostBytesWithoutText - tablesState.bytesWithoutText) return false;
+    tablesState.bytesWithoutText += more;
+    return true;
+}
+
+// Bytes that an index takes for a record: its key, a real of 8 bytes for numbers, and its number.
+int64_t indexBytes(const QxItemDescriptor& item) { return std::max(item.width, 8) + 4; }
 
 // What an item adds to the length of a record's text. An unknown type adds as much as the widest
 // real, and a date eight columns whatever its width. Stays.
@@ -94,13 +113,14 @@ void Table::checkItemCount() const {
     }
 }
 
-void Table::checkRecordCount(bool linesHaveText) const {
-    const bool hasText = linesHaveText && header.storedItems > 0;
-    const bool tooMany =
-        header.records > kHighestCountWithoutText ||
-        (header.records > 0 &&
-         recordBytes() > kMostBytesWithoutText / static_cast<std::size_t>(header.records));
-    if (header.records < 0 || (!hasText && tooMany)) {
+void Table::checkRecordCount(int64_t lines) {
+    constexpr int64_t kColumns{Line::kLength};
+    textColumns = header.storedItems > 0 ? std::max<int64_t>(lines, 0) * kColumns : 0;
+    int32_t stored = 0;
+    call(inflen_, handle, stored);
+    const bool tooMany = textColumns == 0 && header.records > kHighestCountWithoutText;
+    if (header.records < 0 || tooMany ||
+        !hasRoomFor(*this, stored, kRecordBytesPerColumn * textColumns)) {
         fatal(std::string("Invalid record count ").append(routine));
     }
 }
@@ -147,11 +167,11 @@ void readItems(Table& table, const Name& dataset, const Target& target, int32_t 
 }
 
 void buildIndexes(const Table& table) {
-    // Redefined items have no text of their own that would justify their indexes.
-    int32_t ofRedefined = 0;
+    // An item that is asked for again has its index already.
+    std::set<std::tuple<std::string, int32_t, int32_t, int32_t>> asked;
+    int64_t bytes = 0;
+    bool tooMany = false;
     for (const IndexedItem& indexed : table.IDXLST) {
-        if (indexed.number == kNumberOfRedefined && ++ofRedefined > kMostIndexesOfRedefined)
-            continue;
         Name path;
         QxItemDescriptor item = table.ITMTAB[indexed.place];
         if (indexed.number >= 1) {
@@ -160,13 +180,19 @@ void buildIndexes(const Table& table) {
             call(infxnm_, table.handle, indexed.number, path);
             item = table.ITMTAB[place];
         }
+        if (!asked.emplace(path.view(), item.start, item.width, item.type).second) continue;
+        const int64_t justified =
+            std::max<int64_t>(kIndexBytesPerColumn * table.textColumns - bytes, 0);
+        if (!hasRoomFor(table, indexBytes(item), justified)) {
+            tooMany = true;
+            continue;
+        }
+        bytes += indexBytes(item);
         // An index that cannot be built is not told. Stays.
         Status status = kSuccess;
         call(inxitm_, path, table.handle, item, status);
     }
-    if (ofRedefined > kMostIndexesOfRedefined) {
-        warn("Too many indexes of redefined items in %1% %2%", table.TBLNAM, table.routine);
-    }
+    if (tooMany) warn("Too many indexes in %1% %2%", table.TBLNAM, table.routine);
 }
 
 void putRecord(const Table& table, int32_t number, const std::vector<std::byte>& record) {

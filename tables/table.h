@@ -33,7 +33,8 @@ struct Table {
     std::string_view routine;  // "(IMPINF)" or "(IM1INF)", for messages
     std::vector<QxItemDescriptor> ITMTAB;
     std::vector<IndexedItem> IDXLST;
-    int64_t textLength = 0;  // of a record's text
+    int64_t textLength = 0;   // of a record's text
+    int64_t textColumns = 0;  // of the lines that it takes, 0 where no item is stored
     // Tables of statistics beside a grid: 0 none, 1 in reals of four bytes, 2 of eight.
     int32_t statisticsMode = 0;
     // The width and output width of the last item line; one pair for the whole table.
@@ -44,9 +45,9 @@ struct Table {
     std::size_t recordBytes() const;
     // Ends the import where more items are stored than defined.
     void checkItemCount() const;
-    // Ends the import for a count below 0, and for records that need no text in numbers that no
-    // file would justify.
-    void checkRecordCount(bool linesHaveText) const;
+    // Takes the lines of a record's text. Ends the import for a count below 0, and for records that
+    // the text of the file does not justify.
+    void checkRecordCount(int64_t lines);
 };
 
 // The shape that items of statistics take in a mode.

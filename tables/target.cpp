@@ -28,6 +28,9 @@ Target findTarget(const Name& dataset, int32_t kind, bool& renaming, std::string
     } else if (kind == kTableAlone) {
         TableName whole;
         call(infpth_, dataset, target.directory, target.prefix, whole);
+        if (whole.blank() && dataset.view().size() > QX_TABLE_NAME_LENGTH) {
+            fatal(std::string("Dataset name is too long ").append(routine));
+        }
         if (!dataset.blank()) renaming = true;
         const NameParts parts = splitTableName(whole.view());
         target.name = parts.base;

@@ -61,8 +61,8 @@ void readEntries(PackedReader& reader) {
         std::string name;
         (reader >> number).text(name, QX_NAME_LENGTH);
         // An entry that is not whole was cut off, or is being written.
-        if (!reader.ok()) return;
-        catalogue.sound = takeEntry(number, name);
+        if (reader.atEnd()) return;
+        catalogue.sound = reader.ok() && takeEntry(number, name);
         kept.end = reader.position();
     }
 }
@@ -146,11 +146,17 @@ CatalogueLock::CatalogueLock(const std::string& directory)
     held_ = file_.lock();
 }
 
-bool takeNumber() {
+int32_t takeNumber() {
     Catalogue& catalogue = kept.catalogue;
-    if (catalogue.nextNumber >= INT32_MAX - 1) return false;
-    if (!kept.file.known() && !replaceCatalogue()) return false;
-    return addEntry(catalogue.nextNumber, {});
+    // Tables of which a damaged catalogue does not know keep their files.
+    while (catalogue.nextNumber < INT32_MAX - 1 &&
+           store::exists(tableFile(kept.directory, catalogue.nextNumber, "def"))) {
+        ++catalogue.nextNumber;
+    }
+    const int32_t number = catalogue.nextNumber;
+    if (number >= INT32_MAX - 1) return 0;
+    if (!kept.file.known() && !replaceCatalogue()) return 0;
+    return addEntry(number, {}) ? number : 0;
 }
 
 bool enterTable(const std::string& directory, int32_t number, const std::string& name) {

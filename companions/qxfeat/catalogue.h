@@ -64,9 +64,10 @@ class CatalogueLock {
     bool held_ = false;
 };
 
-// Both change the catalogue that readCatalogue has given last, with the lock held. False if that
-// could not be written; it then stays as it was. The number taken is what the next one was.
-bool takeNumber();
+// Both change the catalogue that readCatalogue has given last, with the lock held. 0 or false if
+// that could not be written; it then stays as it was. The number taken is the next one of which
+// there is no table.
+int32_t takeNumber();
 bool removeTable(const std::string& name);
 
 // Lists a table whose files are whole by now. False, and noted as a failed write, if that cannot

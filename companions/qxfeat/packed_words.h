@@ -65,6 +65,8 @@ class PackedReader {
         return *this;
     }
     bool ok() const { return ok_; }
+    // Not ok because there is no more.
+    bool atEnd() const { return atEnd_; }
     // Where the next number or text begins.
     int64_t position() const { return pieceStart_ + static_cast<int64_t>(next_); }
 
@@ -89,6 +91,7 @@ class PackedReader {
         next_ = 0;
         end_ = static_cast<std::size_t>(std::max<int64_t>(count, 0));
         ok_ = count > 0;
+        atEnd_ = count == 0;
     }
 
     store::File file_;
@@ -97,6 +100,7 @@ class PackedReader {
     std::size_t next_ = 0;
     std::size_t end_ = 0;
     bool ok_ = false;
+    bool atEnd_ = false;
 };
 
 }  // namespace qxfeat

@@ -74,6 +74,16 @@ void TableDefinition::add(TableItem item) {
     items.push_back(std::move(item));
 }
 
+int32_t TableDefinition::storedBytes() const {
+    int32_t bytes = 0;
+    int32_t moved = 0;
+    for (const TableItem& each : items) {
+        bytes = std::max(bytes, endOf(each.item.descriptor));
+        if (each.moved) moved += each.item.descriptor.width;
+    }
+    return bytes + bytes % 2 + moved;
+}
+
 void TableDefinition::layOut() {
     recordLength = 0;
     bool anyMoved = false;

@@ -40,6 +40,8 @@ struct TableDefinition {
     void add(TableItem item);
     // Settles the record's length and where each item lies in it.
     void layOut();
+    // What storedLength is, or will be.
+    int32_t storedBytes() const;
 
     bool write(const std::string& path) const;
     // False if the file is none, or says what cannot be.

@@ -74,6 +74,11 @@ void infitc_(const int32_t* table, int32_t* items, int32_t* external) {
     *external = found && !found->definition().externalPath.empty() ? 1 : 0;
 }
 
+void inflen_(const int32_t* table, int32_t* bytes) {
+    const Table* found = tables().find(*table);
+    *bytes = found ? found->definition().storedBytes() : 0;
+}
+
 void infitm_(const int32_t* table, const int32_t* place, QxItem* item, char* name,
              char* alternateName, int32_t* status, int32_t nameLength,
              int32_t alternateNameLength) {

@@ -96,10 +96,10 @@ void infdef_(const char* name, const char* directory, const char*, const int32_t
         return;
     }
     if (tables().findIf([&](const Table& open) { return open.defines(place, wanted); })) return;
+    const int32_t number = takeNumber();
+    if (number == 0) return;
     // What a table that was cut off in its definition left under this number is no part of it.
-    const int32_t number = catalogue.nextNumber;
     removeFiles(place, number);
-    if (!takeNumber()) return;
     // A table that nobody is given would be finished while the catalogue is held.
     tables().makeRoom();
     *table = tables().add(Table::define(place, number, wanted));

@@ -25,6 +25,8 @@ typedef struct QxItem {
 /* How many items a table has, whether its records lie in a file of a dataset (1) or in the INFO
  * directory (0), and the item of a place among the definitions, from 1. */
 QX_API void infitc_(const int32_t* table, int32_t* items, int32_t* external);
+/* How many bytes each record takes where it is stored, with the items that are defined so far. */
+QX_API void inflen_(const int32_t* table, int32_t* bytes);
 QX_API void infitm_(const int32_t* table, const int32_t* place, QxItem* item, char* name,
                     char* alternateName, int32_t* status, int32_t nameLength,
                     int32_t alternateNameLength);

@@ -61,9 +61,10 @@ TEST(Handles, ThatAreNotOpenAreRefused) {
                 VcloseC, scrgivC, BwriteC, BrewndC, tincnt_, tinget_, tincls_, arcwt_, arccls_,
                 arcrec_, cntwt_, cntcls_, cntrec_, labwt_, labcls_, labrec_, lnkwt_, lnkcls_,
                 lnkrec_, palwt_, palwtx_, palcls_, palrec_, palrdm_, annwt_, anncls_, annrec_,
-                rxpcls_, rxprec_, centry_, cclose_, infitc_, inffnd_, infcls_, infxnm_, inxitm_,
-                infxml_nam_, latrng_, latcls_, rascls_, stkcls_, MEM_CloseChannel, PrivateWindowSet,
-                PrivateWindowRows, PrivateWindowCols, MEM_Get, CellLyrChannelClose>(handle);
+                rxpcls_, rxprec_, centry_, cclose_, infitc_, inflen_, inffnd_, infcls_, infxnm_,
+                inxitm_, infxml_nam_, latrng_, latcls_, rascls_, stkcls_, MEM_CloseChannel,
+                PrivateWindowSet, PrivateWindowRows, PrivateWindowCols, MEM_Get,
+                CellLyrChannelClose>(handle);
     }
     baseendC();
 }

@@ -488,6 +488,17 @@ TEST_F(Tables, AreListedInALogThatIsKeptShortAndMended) {
     for (const json& each : records("table", "LAST")) names.push_back(each["name"]);
     EXPECT_EQ(names, (std::vector<std::string>{"LAST.ONE", "LAST.B"}));
     EXPECT_EQ(records("table").size(), 1U);
+    // A length that cannot be is damage; one that only reads as cut off costs no table its files.
+    const std::string definition = fileBytes(path("info/table500.def"));
+    for (const bool cut : {false, true}) {
+        const std::string damaged =
+            catalog.substr(0, 25) + (cut ? '\0' : '\x10') + "\3\xFF" + catalog.substr(28);
+        writeFile(path("info/catalog"), damaged.substr(0, 900));
+        given(kCurrent + one + kEnd);
+        EXPECT_EQ(import(cut ? "CUT" : "DAMAGED"), 1);
+        EXPECT_EQ(complaints().empty(), cut);
+        EXPECT_EQ(fileBytes(path("info/table500.def")), definition);
+    }
 }
 
 TEST_F(Tables, AreIndexedInOrderWithoutRoomForAllKeys) {
@@ -506,17 +517,24 @@ TEST_F(Tables, AreIndexedInOrderWithoutRoomForAllKeys) {
     }
 }
 
-TEST_F(Tables, HaveFewIndexesOfRedefinedItems) {
-    std::vector<Item> items = {{"A", 300, 1, 2}};
-    for (int start = 1; start <= 300; ++start) items.push_back({"B", 1, start, 2, 10, -1, -1, 'I'});
-    given(kCurrent + table("S.A", 1, 1, items) + record({{300, "text"}}) + kEnd);
+// What records and indexes take is justified by their text, but for 16 MiB of an import.
+TEST_F(Tables, TakeNoMoreThanTheirTextJustifies) {
+    std::vector<Item> items = {{"A", 4, 1, 5}};
+    for (int start = 1; start <= 20; ++start) {
+        for (int twice = 0; twice < 2; ++twice)
+            items.push_back({"B", 900, start, 2, 10, -1, -1, 'I'});
+    }
+    const std::string blank = table("S.A", 1, 2000, items) + std::string(2000, '\n');
+    given(kCurrent + blank + kEnd);
     ASSERT_EQ(import(), 1);
-    const std::string told = "Too many indexes of redefined items in DS.A (IMPINF)";
-    EXPECT_EQ(complaints(), std::vector<std::string>{told});
+    EXPECT_EQ(complaints(), std::vector<std::string>{"Too many indexes in DS.A (IMPINF)"});
     const json stored = records("table").at(0)["items"];
     EXPECT_EQ(std::count_if(stored.begin(), stored.end(),
                             [](const json& item) { return item["indexed"] == true; }),
-              256);
+              9);
+    given(kCurrent + blank + table("S.B", 1, 2000, items) + std::string(2000, '\n') + kEnd);
+    EXPECT_EQ(import("OTHER"), 0);
+    EXPECT_EQ(complaints().back(), "Invalid record count (IMPINF)");
 }
 
 TEST_F(Tables, OfManyProcessesMeetInOneWorkspace) {
