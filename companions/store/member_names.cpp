@@ -77,12 +77,6 @@ bool standsForItself(char character) {
            character == '_' || character == '-';
 }
 
-int digitValue(char character) {
-    if (character >= '0' && character <= '9') return character - '0';
-    if (character >= 'a' && character <= 'f') return character - 'a' + 10;
-    return -1;
-}
-
 }  // namespace
 
 std::string_view memberName(int32_t code) {
@@ -106,24 +100,6 @@ std::string encodeName(std::string_view name) {
         }
     }
     return text;
-}
-
-bool decodeName(std::string_view text, std::string& name) {
-    name.clear();
-    for (std::size_t index = 0; index < text.size(); ++index) {
-        if (text[index] != '%') {
-            if (!standsForItself(text[index])) return false;
-            name += text[index];
-            continue;
-        }
-        if (index + 2 >= text.size()) return false;
-        const int high = digitValue(text[index + 1]);
-        const int low = digitValue(text[index + 2]);
-        if (high < 0 || low < 0) return false;
-        name += static_cast<char>(high * 16 + low);
-        index += 2;
-    }
-    return true;
 }
 
 std::string joinPath(std::string_view directory, std::string_view name) {

@@ -15,8 +15,6 @@ std::string_view memberName(int32_t code);
 // themselves, every other byte is "%" and two hexadecimal digits. So no name is a path, and two
 // names that differ only in case stay apart where the file system would not tell them.
 std::string encodeName(std::string_view name);
-// The way back; false if the text is no encoded name.
-bool decodeName(std::string_view text, std::string& name);
 
 // Directory and file name as one path; an empty directory gives the name alone.
 std::string joinPath(std::string_view directory, std::string_view name);
