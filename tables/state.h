@@ -13,6 +13,7 @@ struct TablesState {
     bool renamingMetadata = false;  // IMPIMD
     Handle textChannel = 0;         // the file of TXTOPN, TXTPUT and TXTCLS
     int64_t bytesWithoutText = 0;   // stored for records and indexes beyond what text justifies
+    int64_t bytesReadAgain = 0;     // of records for indexes, beyond the same
 };
 
 extern TablesState tablesState;

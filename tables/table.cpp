@@ -22,15 +22,26 @@ constexpr int32_t kHighestCountWithoutText = 1000000;
 constexpr int64_t kRecordBytesPerColumn = 4;
 constexpr int64_t kIndexBytesPerColumn = 8;
 constexpr int64_t kMostBytesWithoutText = 16 << 20;
+// Each index reads all records once more, which takes time as bytes take disk.
+constexpr int64_t kReadBytesPerColumn = 64;
+constexpr int64_t kMostBytesReadAgain = int64_t{4} << 30;
 
-// Counts what each record of the table takes beyond what its text justifies; false, and nothing is
-// counted, where that is more than the import has left.
-bool hasRoomFor(const Table& table, int64_t bytes, int64_t justified) {
+// Adds to a count what each record of the table takes beyond what its text justifies; false, and
+// nothing is added, where the count would become more than the import has.
+bool count(const Table& table, int64_t bytes, int64_t justified, int64_t& counted, int64_t most) {
     const int64_t more = (bytes - justified) * table.header.records;
     if (more <= 0) return true;
-    if (more > kMostBytesWithoutText - tablesState.bytesWithoutText) return false;
-    tablesState.bytesWithoutText += more;
+    if (more > most - counted) return false;
+    counted += more;
     return true;
+}
+
+bool hasRoomFor(const Table& table, int64_t bytes, int64_t justified) {
+    return count(table, bytes, justified, tablesState.bytesWithoutText, kMostBytesWithoutText);
+}
+
+bool hasTimeFor(const Table& table, int64_t bytes, int64_t justified) {
+    return count(table, bytes, justified, tablesState.bytesReadAgain, kMostBytesReadAgain);
 }
 
 // Bytes that an index takes for a record: its key, a real of 8 bytes for numbers, and its number.
@@ -169,7 +180,10 @@ void readItems(Table& table, const Name& dataset, const Target& target, int32_t 
 void buildIndexes(const Table& table) {
     // An item that is asked for again has its index already.
     std::set<std::tuple<std::string, int32_t, int32_t, int32_t>> asked;
+    int32_t recordBytes = 0;
+    call(inflen_, table.handle, recordBytes);
     int64_t bytes = 0;
+    int64_t bytesRead = 0;
     bool tooMany = false;
     for (const IndexedItem& indexed : table.IDXLST) {
         Name path;
@@ -181,13 +195,16 @@ void buildIndexes(const Table& table) {
             item = table.ITMTAB[place];
         }
         if (!asked.emplace(path.view(), item.start, item.width, item.type).second) continue;
-        const int64_t justified =
-            std::max<int64_t>(kIndexBytesPerColumn * table.textColumns - bytes, 0);
-        if (!hasRoomFor(table, indexBytes(item), justified)) {
+        const auto left = [&](int64_t bytesPerColumn, int64_t taken) {
+            return std::max<int64_t>(bytesPerColumn * table.textColumns - taken, 0);
+        };
+        if (!hasTimeFor(table, recordBytes, left(kReadBytesPerColumn, bytesRead)) ||
+            !hasRoomFor(table, indexBytes(item), left(kIndexBytesPerColumn, bytes))) {
             tooMany = true;
             continue;
         }
         bytes += indexBytes(item);
+        bytesRead += recordBytes;
         // An index that cannot be built is not told. Stays.
         Status status = kSuccess;
         call(inxitm_, path, table.handle, item, status);

@@ -4,6 +4,7 @@
 #include <cerrno>
 
 #include "companions/qxfeat/packed_words.h"
+#include "companions/qxfeat/table_definition.h"
 #include "companions/store/member_names.h"
 #include "host/qxbase/failures.h"
 
@@ -50,6 +51,14 @@ bool takeEntry(int32_t number, const std::string& name) {
     return true;
 }
 
+// Whether the file can have been cut off here: a table's definition is stored before its entry.
+bool canEndIn(int32_t number, const std::string& name) {
+    TableDefinition definition;
+    if (name.empty() || number == 0 || number == INT32_MIN) return true;
+    return !definition.read(tableFile(kept.directory, std::abs(number), "def")) ||
+           definition.name.starts_with(name);
+}
+
 void readEntries(PackedReader& reader) {
     Catalogue& catalogue = kept.catalogue;
     int32_t version = 0;
@@ -59,9 +68,12 @@ void readEntries(PackedReader& reader) {
     while (catalogue.sound) {
         int32_t number = 0;
         std::string name;
-        (reader >> number).text(name, QX_NAME_LENGTH);
+        (reader >> number).text(name, QX_TABLE_NAME_LENGTH);
         // An entry that is not whole was cut off, or is being written.
-        if (reader.atEnd()) return;
+        if (reader.atEnd()) {
+            catalogue.sound = canEndIn(number, name);
+            return;
+        }
         catalogue.sound = reader.ok() && takeEntry(number, name);
         kept.end = reader.position();
     }

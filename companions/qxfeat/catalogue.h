@@ -28,8 +28,8 @@ struct Catalogue {
     };
     static constexpr int32_t kDoubleStatistics = 8;
     // What is kept of all while an import runs comes to some megabytes.
-    static constexpr std::size_t kMostTables = 65536;
-    static constexpr std::size_t kMostNameBytes = 4 << 20;
+    static constexpr std::size_t kMostTables = 32768;
+    static constexpr std::size_t kMostNameBytes = 2 << 20;
 
     bool sound = true;  // false if it cannot be understood; none at all is an empty one
     int32_t nextNumber = 1;

@@ -56,7 +56,8 @@ class PackedReader {
         if (take(bytes)) value = store::get<int32_t>(bytes.data());
         return *this;
     }
-    // A text of at most so many bytes; a longer one is not ok.
+    // A text of at most so many bytes; a longer one is not ok. Of one that the file ends in it
+    // gives what is there.
     PackedReader& text(std::string& text, std::size_t most) {
         int32_t length = -1;
         *this >> length;
@@ -73,12 +74,15 @@ class PackedReader {
   private:
     void readText(std::string& text, std::size_t length) {
         text.resize(length);
+        taken_ = 0;
         take(std::as_writable_bytes(std::span(text)));
+        text.resize(taken_);
     }
     bool take(std::span<std::byte> bytes) {
         while (ok_ && !bytes.empty()) {
             if (next_ == end_) refill();
             const std::size_t count = std::min(bytes.size(), end_ - next_);
+            taken_ += count;
             std::copy_n(piece_.data() + next_, count, bytes.data());
             next_ += count;
             bytes = bytes.subspan(count);
@@ -99,6 +103,7 @@ class PackedReader {
     int64_t pieceStart_ = 0;
     std::size_t next_ = 0;
     std::size_t end_ = 0;
+    std::size_t taken_ = 0;
     bool ok_ = false;
     bool atEnd_ = false;
 };

@@ -64,12 +64,17 @@ void Table::finish() {
     listed_ = enterTable(directory_, number_, definition_.name);
 }
 
-std::unique_ptr<Table> Table::open(const std::string& directory, int32_t number, bool toWrite) {
+std::unique_ptr<Table> Table::open(const std::string& directory, int32_t number,
+                                   std::string_view name, bool toWrite) {
     std::unique_ptr<Table> table(new Table(directory, number));
     table->opened_ = true;
     TableDefinition& definition = table->definition_;
-    if (!definition.read(tableFile(directory, number, "def"))) return nullptr;
-    if (!definition.externalPath.empty() && !staysInside(definition.externalPath)) return nullptr;
+    const std::string path = tableFile(directory, number, "def");
+    if (!definition.read(path) || definition.name != name ||
+        (!definition.externalPath.empty() && !staysInside(definition.externalPath))) {
+        rdfailC(path.c_str(), 0);
+        return nullptr;
+    }
     for (std::size_t item = 0; item < definition.items.size(); ++item) {
         if (definition.items[item].moved) table->noteMoved(item);
     }
@@ -82,6 +87,7 @@ std::unique_ptr<Table> Table::open(const std::string& directory, int32_t number,
     table->reader_ = store::RecordReader::open(table->recordsPath());
     const bool sound = table->reader_ && table->reader_->header().code == kTableRecordsCode &&
                        table->reader_->header().recordBytes == definition.storedLength;
+    if (!sound) rdfailC(table->recordsPath().c_str(), 0);
     return sound ? std::move(table) : nullptr;
 }
 

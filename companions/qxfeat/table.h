@@ -26,7 +26,8 @@ class Table : public store::Buffered {
     static std::unique_ptr<Table> define(const std::string& directory, int32_t number,
                                          std::string_view name);
     // One that is there; null if its files cannot be understood.
-    static std::unique_ptr<Table> open(const std::string& directory, int32_t number, bool toWrite);
+    static std::unique_ptr<Table> open(const std::string& directory, int32_t number,
+                                       std::string_view name, bool toWrite);
     ~Table() override;
 
     const TableDefinition& definition() const { return definition_; }

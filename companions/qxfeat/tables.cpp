@@ -25,9 +25,10 @@ bool haveDirectory(const std::string& path) {
     return store::isDirectory(path) || store::makeDirectory(path) || store::isDirectory(path);
 }
 
-void removeFiles(const std::string& directory, int32_t number) {
+// Those of another table, that a damaged catalogue calls by this number, stay.
+void removeFiles(const std::string& directory, int32_t number, std::string_view name) {
     TableDefinition definition;
-    definition.read(tableFile(directory, number, "def"));
+    if (definition.read(tableFile(directory, number, "def")) && definition.name != name) return;
     for (std::size_t item = 1; item <= definition.items.size(); ++item) {
         ::unlink(tableFile(directory, number, "index" + std::to_string(item)).c_str());
     }
@@ -78,7 +79,7 @@ void infers_(const char* name, const char* directory, const char*, const int32_t
         *status = kFailed;
         return;
     }
-    removeFiles(place, number);
+    removeFiles(place, number, wanted);
 }
 
 void infdef_(const char* name, const char* directory, const char*, const int32_t*, int32_t* table,
@@ -86,7 +87,10 @@ void infdef_(const char* name, const char* directory, const char*, const int32_t
     const std::string place(textArgument(directory, directoryLength));
     const std::string wanted(textArgument(name, nameLength));
     *status = kFailed;
-    if (wanted.empty() || place.empty() || !haveDirectory(place)) return;
+    if (wanted.empty() || wanted.size() > QX_TABLE_NAME_LENGTH || place.empty() ||
+        !haveDirectory(place)) {
+        return;
+    }
     const CatalogueLock lock(place);
     const Catalogue& catalogue = readCatalogue(place);
     if (!lock.held() || !catalogue.sound || catalogue.find(wanted) != 0) return;
@@ -99,7 +103,7 @@ void infdef_(const char* name, const char* directory, const char*, const int32_t
     const int32_t number = takeNumber();
     if (number == 0) return;
     // What a table that was cut off in its definition left under this number is no part of it.
-    removeFiles(place, number);
+    removeFiles(place, number, wanted);
     // A table that nobody is given would be finished while the catalogue is held.
     tables().makeRoom();
     *table = tables().add(Table::define(place, number, wanted));
@@ -143,8 +147,9 @@ void infopn_(const char* name, const char* directory, const char*, const int32_t
     const Catalogue& catalogue = readCatalogue(place);
     *status = kFailed;
     if (!catalogue.sound) return;
-    const int32_t number = catalogue.find(textArgument(name, nameLength));
-    auto opened = number != 0 ? Table::open(place, number, *mode == kToWrite) : nullptr;
+    const std::string_view wanted = textArgument(name, nameLength);
+    const int32_t number = catalogue.find(wanted);
+    auto opened = number != 0 ? Table::open(place, number, wanted, *mode == kToWrite) : nullptr;
     if (!opened) return;
     *recordCount = static_cast<int32_t>(std::min<int64_t>(opened->recordCount(), INT32_MAX));
     *recordLength = opened->definition().recordLength;

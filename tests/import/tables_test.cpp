@@ -488,15 +488,16 @@ TEST_F(Tables, AreListedInALogThatIsKeptShortAndMended) {
     for (const json& each : records("table", "LAST")) names.push_back(each["name"]);
     EXPECT_EQ(names, (std::vector<std::string>{"LAST.ONE", "LAST.B"}));
     EXPECT_EQ(records("table").size(), 1U);
-    // A length that cannot be is damage; one that only reads as cut off costs no table its files.
+    // A length that cannot be is damage, and so is one that is not the name's. A table keeps its
+    // files where the catalogue gives their number to another.
     const std::string definition = fileBytes(path("info/table500.def"));
-    for (const bool cut : {false, true}) {
-        const std::string damaged =
-            catalog.substr(0, 25) + (cut ? '\0' : '\x10') + "\3\xFF" + catalog.substr(28);
-        writeFile(path("info/catalog"), damaged.substr(0, 900));
+    for (const std::string& entry : {std::string("\0\x10\1\5S.B", 7), std::string("\0\0\1\5S.B", 7),
+                                     std::string("\0\0\0\6IN.ONE", 10)}) {
+        const bool damaged = entry.size() == 7;
+        writeFile(path("info/catalog"), catalog.substr(0, 22) + "\1\xF4" + entry);
         given(kCurrent + one + kEnd);
-        EXPECT_EQ(import(cut ? "CUT" : "DAMAGED"), 1);
-        EXPECT_EQ(complaints().empty(), cut);
+        EXPECT_EQ(import(!damaged ? "IN" : entry[1] == 0 ? "CUT" : "DAMAGED"), 1);
+        EXPECT_NE(complaints().empty(), damaged);
         EXPECT_EQ(fileBytes(path("info/table500.def")), definition);
     }
 }
