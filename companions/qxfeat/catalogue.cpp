@@ -109,7 +109,10 @@ bool addEntry(int32_t number, const std::string& name) {
     PackedWriter writer;
     writer << number << std::string_view(name);
     store::File file = store::File::readWrite(cataloguePath(kept.directory));
-    if (!file.isOpen()) return false;
+    if (!file.isOpen()) {
+        wrfailC(file.path().c_str(), errno);
+        return false;
+    }
     // What stands behind the last whole entry is half of one.
     if (file.size() != kept.end && !file.truncate(kept.end)) return false;
     if (!file.writeAt(kept.end, writer.bytes())) {
@@ -154,7 +157,10 @@ void forgetCatalogue() { kept = {}; }
 
 CatalogueLock::CatalogueLock(const std::string& directory)
     : file_(store::File::create(store::joinPath(directory, "lock"), store::File::Creation::kKeep)) {
-    if (!file_.isOpen()) return;
+    if (!file_.isOpen()) {
+        wrfailC(file_.path().c_str(), errno);
+        return;
+    }
     held_ = file_.lock();
 }
 
@@ -166,7 +172,10 @@ int32_t takeNumber() {
         ++catalogue.nextNumber;
     }
     const int32_t number = catalogue.nextNumber;
-    if (number >= INT32_MAX - 1) return 0;
+    if (number >= INT32_MAX - 1) {
+        wrfailC(cataloguePath(kept.directory).c_str(), ENOSPC);
+        return 0;
+    }
     if (!kept.file.known() && !replaceCatalogue()) return 0;
     return addEntry(number, {}) ? number : 0;
 }

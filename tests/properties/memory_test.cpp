@@ -94,9 +94,9 @@ std::vector<Case> cases() {
         {"surfaces", lines(60000, surface.c_str()), 1, ""},
         {"subclasses", "RXP  2\n" + subclasses + "JABBERWOCKY\n", 1, ""},
         {"tables", coverage + "IFO  2\n" + tables + "EOI\n", 1, ""},
-        {"items",
+        {"items beside a catalogue that is full but for one",
          coverage + "IFO  2\n" + table("T.AB", 9998, 3) + wideItems + lines(3 * 124851) + "EOI\n",
-         1, "", 10},
+         1, "", 10, catalogue(32767, 63, 0)},
         {"an item index",
          coverage + "IFO  2\n" + table("T.AB", 1, 2500000) + item(1, 4, 5, 'I') + lines(2500000) +
              "EOI\n",
