@@ -28,6 +28,13 @@ endforeach()
 target_link_libraries(qxfeat PRIVATE qxbase)
 target_link_libraries(qxgridio PRIVATE qxbase)
 
+# Typed reading of what is stored, for C++ programs.
+intake_sources(datasets_sources datasets)
+add_library(intake_datasets STATIC ${datasets_sources})
+target_link_libraries(intake_datasets PUBLIC intake_host qxbase qxfeat qxgridio
+                      PRIVATE $<BUILD_INTERFACE:intake_warnings>)
+set_target_properties(intake_datasets PROPERTIES EXPORT_NAME datasets)
+
 intake_sources(stream_sources stream)
 add_library(intake_stream STATIC ${stream_sources})
 target_link_libraries(intake_stream PUBLIC intake_host qxbase PRIVATE intake_warnings)

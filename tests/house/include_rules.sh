@@ -16,6 +16,7 @@ companions/store  host/
 companions/qxbase    host/|companions/store/
 companions/qxfeat    host/|companions/store/
 companions/qxgridio  host/|companions/store/
+datasets          host/
 stream            host/
 coverage          host/|stream/
 tables            host/|stream/
@@ -24,7 +25,7 @@ raster            host/|stream/
 symbols           host/|stream/
 plots             host/|stream/
 entry             host/|stream/|(include/)?intakedl\.h|[a-z]+/sections\.h
-app               host/|stream/|(include/)?intakedl\.h
+app               host/|datasets/|stream/|(include/)?intakedl\.h
 TABLE
 # Of the program, only packing and unpacking speak to the stream.
 if grep -rnE '^ *# *include *"stream/' app | grep -vE '^app/intake/[a-z_]*pack[a-z_]*\.(cpp|h):'; then

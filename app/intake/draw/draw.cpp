@@ -4,6 +4,7 @@
 #include <fstream>
 #include <stdexcept>
 
+#include "app/intake/module.h"
 #include "app/intake/stacks.h"
 
 namespace program {
@@ -54,7 +55,7 @@ void drawTo(const std::string& file, bool svg, const Picture& picture) {
         if (!stream) throw std::runtime_error(file + ": could not be made");
     }
     const auto canvas = svg ? svgCanvas(stream, view.width(), view.height())
-                            : pngCanvas(file, view.width(), view.height());
+                            : loadModule<Pictures>("png").png(file, view.width(), view.height());
     picture.draw(*canvas, view);
     canvas->finish();
 }
