@@ -18,15 +18,23 @@ intake_sources(store_sources companions/store)
 add_library(qxstore STATIC ${store_sources})
 target_link_libraries(qxstore PUBLIC intake_host PRIVATE intake_warnings)
 
+# Shared companions hold the storage engine each for itself, so that any can be replaced. Of static
+# ones qxbase has it for all.
 foreach(companion qxbase qxfeat qxgridio)
   intake_sources(companion_sources companions/${companion})
-  add_library(${companion} SHARED ${companion_sources})
-  target_link_libraries(${companion} PUBLIC intake_host PRIVATE qxstore intake_warnings)
-  target_link_options(${companion} PRIVATE -Wl,--exclude-libs,ALL)
+  add_library(${companion} ${companion_sources})
+  target_link_libraries(${companion} PUBLIC intake_host PRIVATE $<BUILD_INTERFACE:intake_warnings>)
   set_target_properties(${companion} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION 0)
+  if(BUILD_SHARED_LIBS)
+    target_link_libraries(${companion} PRIVATE qxstore)
+    target_link_options(${companion} PRIVATE -Wl,--exclude-libs,ALL)
+  endif()
 endforeach()
 target_link_libraries(qxfeat PRIVATE qxbase)
 target_link_libraries(qxgridio PRIVATE qxbase)
+if(NOT BUILD_SHARED_LIBS)
+  target_sources(qxbase PRIVATE $<TARGET_OBJECTS:qxstore>)
+endif()
 
 # Typed reading of what is stored, for C++ programs.
 intake_sources(datasets_sources datasets)
@@ -47,14 +55,22 @@ add_library(intake_core STATIC ${core_sources} $<TARGET_OBJECTS:intake_entry>)
 target_link_libraries(intake_core PUBLIC intake_stream qxfeat qxgridio ${CMAKE_DL_LIBS}
                       PRIVATE intake_warnings)
 
-# libintakedl exports ImportFile and nothing else.
-add_library(intakedl SHARED $<TARGET_OBJECTS:intake_entry>)
-target_link_libraries(intakedl PUBLIC intake_host PRIVATE intake_core intake_warnings)
-target_link_options(intakedl PRIVATE
-  -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/intakedl.map)
-# A sanitizer's own functions come with the program.
-if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
-  target_link_options(intakedl PRIVATE -Wl,--no-undefined)
+# libintakedl exports ImportFile and nothing else. As a static library it is one archive.
+if(BUILD_SHARED_LIBS)
+  add_library(intakedl SHARED $<TARGET_OBJECTS:intake_entry>)
+  target_link_libraries(intakedl PUBLIC intake_host PRIVATE intake_core intake_warnings)
+  target_link_options(intakedl PRIVATE
+    -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/intakedl.map)
+  # A sanitizer's own functions come with the program.
+  if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
+    target_link_options(intakedl PRIVATE -Wl,--no-undefined)
+  endif()
+  set_target_properties(intakedl PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION 0
+    LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/intakedl.map)
+else()
+  target_compile_definitions(intake_entry PRIVATE INTAKE_COMPANIONS_LINKED)
+  add_library(intakedl STATIC $<TARGET_OBJECTS:intake_entry> $<TARGET_OBJECTS:intake_core>
+    $<TARGET_OBJECTS:intake_stream>)
+  target_link_libraries(intakedl PUBLIC intake_host qxfeat qxgridio qxbase ${CMAKE_DL_LIBS})
+  set_target_properties(intakedl PROPERTIES LINKER_LANGUAGE CXX)
 endif()
-set_target_properties(intakedl PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION 0
-  LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/intakedl.map)

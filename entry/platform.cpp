@@ -7,6 +7,10 @@
 
 namespace intake {
 
+#ifdef INTAKE_COMPANIONS_LINKED
+// Static companions are in the program itself, which is always there.
+LibraryHandle LoadLibraryA(const char*) { return dlopen(nullptr, RTLD_NOW | RTLD_LOCAL); }
+#else
 LibraryHandle LoadLibraryA(const char* name) {
     const std::string_view full(name);
     const std::string_view base = full.substr(0, full.rfind('.'));
@@ -16,6 +20,7 @@ LibraryHandle LoadLibraryA(const char* name) {
     if (length < 0 || static_cast<std::size_t>(length) >= sizeof file) return nullptr;
     return dlopen(file, RTLD_NOW | RTLD_LOCAL);
 }
+#endif
 
 void FreeLibrary(LibraryHandle library) {
     if (library) dlclose(library);
