@@ -1,0 +1,26 @@
+// The commands of intake: each adds itself to the command line, and sets the exit status when it
+// has run.
+#ifndef APP_INTAKE_COMMANDS_COMMANDS_H
+#define APP_INTAKE_COMMANDS_COMMANDS_H
+
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <string>
+
+#include "app/intake/console.h"
+
+namespace program {
+
+void addImport(CLI::App& app, Console& console, int& status);
+void addShow(CLI::App& app, Console& console, int& status);
+void addDump(CLI::App& app, Console& console, int& status);
+void addDraw(CLI::App& app, Console& console, int& status);
+void addPack(CLI::App& app, Console& console, int& status);
+void addUnpack(CLI::App& app, Console& console, int& status);
+
+// The option --kind of a command that reads a dataset.
+void addKind(CLI::App& command, std::string& kind);
+
+}  // namespace program
+
+#endif
