@@ -146,7 +146,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     }
     std::vector<std::string> kinds;
     try {
-        kinds = program::kindsOf(dataset.path);
+        kinds = datasets::kindsOf(dataset.path);
     } catch (const std::runtime_error&) {}
     for (const std::string& kind : kinds) {
         try {

@@ -5,7 +5,6 @@
 #include <functional>
 #include <new>
 
-#include "app/intake/dataset.h"
 #include "app/intake/draw/draw.h"
 #include "app/intake/dump/dump.h"
 #include "app/intake/import.h"
@@ -13,6 +12,7 @@
 #include "app/intake/pack.h"
 #include "app/intake/show/show.h"
 #include "app/intake/show/within.h"
+#include "datasets/workspace.h"
 
 namespace program {
 
@@ -72,7 +72,7 @@ int reading(Console& console, Work work) {
     Listening listening(console);
     try {
         work();
-    } catch (const NoDataset&) {
+    } catch (const datasets::NoDataset&) {
         // A file that cannot be read says why none was found.
         if (listening.endWell()) throw;
         return kEnded;

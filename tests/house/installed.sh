@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Installs the build to a scratch folder and uses it as README.md tells: its C example through
-# pkg-config and through find_package, its Python example through ctypes. Arguments: the source and
-# build folders, the C compiler and its flags, and "python" or "no-python".
+# Installs the build to a scratch folder, takes a module away and uses it as README.md tells: its C
+# example through pkg-config and through find_package, its Python example through ctypes. Arguments:
+# the source and build folders, the C compiler and its flags, and "python" or "no-python".
 set -euo pipefail
 source=$1 build=$2 compiler=$3 flags=$4 python=$5
 scratch=$(mktemp -d)
@@ -11,6 +11,31 @@ cmake --install "$build" --prefix "$prefix" >/dev/null
 [[ -x $prefix/bin/intake ]]
 "$prefix/bin/intake" --version >/dev/null
 libraries=$(dirname "$(find "$prefix" -name libintakedl.so)")
+
+# The program starts with our libraries and those of C and C++ alone: the others come with modules.
+if ldd "$prefix/bin/intake" | awk '{print $1}' | grep -vE \
+    '^(linux-vdso|libintakedl|libqx[a-z]+|lib(stdc\+\+|gcc_s|c|m|dl|asan|ubsan|gcov))\.so|ld-linux'; then
+    echo "intake needs the libraries above before it knows what to do."
+    exit 1
+fi
+modules=$libraries/intake
+"$prefix/bin/intake" import --quiet "$source/samples/jkstk.e00" "$scratch/GRIDS"
+draw() { "$prefix/bin/intake" draw "$scratch/GRIDS" "$scratch/grids.$1" 2>&1; }
+draw png
+draw svg
+# unfit WORDS: drawing fails with one line that has these words in it.
+unfit() {
+    local told
+    if told=$(draw svg) || [[ $(wc -l <<<"$told") != 1 || $told != *"$modules/png.so: $1"* ]]; then
+        echo "A module that is not whole is told with: $told"
+        exit 1
+    fi
+}
+mv "$modules/png.so" "$scratch"
+unfit "cannot open shared object file"
+cp "$libraries/libqxbase.so" "$modules/png.so"
+unfit "no module of intake"
+mv "$scratch/png.so" "$modules"
 
 # example LANGUAGE FILE: the one block of that language in README.md.
 example() {

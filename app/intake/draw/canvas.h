@@ -49,11 +49,16 @@ class Canvas {
 // A picture as SVG text on a stream, which must outlive the canvas.
 std::unique_ptr<Canvas> svgCanvas(std::ostream& stream, double width, double height);
 
-// A picture as a PNG file.
-std::unique_ptr<Canvas> pngCanvas(const std::string& path, double width, double height);
-
-// An image as the bytes of a PNG file.
-std::string pngBytes(const Image& image);
+// What the module "png" makes.
+class Pictures {
+  public:
+    virtual ~Pictures() = default;
+    // A picture as a PNG file.
+    virtual std::unique_ptr<Canvas> png(const std::string& path, double width,
+                                        double height) const = 0;
+    // An image as the bytes of a PNG file.
+    virtual std::string bytes(const Image& image) const = 0;
+};
 
 }  // namespace program
 

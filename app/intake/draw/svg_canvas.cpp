@@ -2,6 +2,7 @@
 #include <stdexcept>
 
 #include "app/intake/draw/canvas.h"
+#include "app/intake/module.h"
 
 namespace program {
 
@@ -93,7 +94,7 @@ class SvgCanvas : public Canvas {
         attribute("width", width);
         attribute("height", height);
         text_ += " preserveAspectRatio=\"none\" href=\"data:image/png;base64,";
-        text_ += base64(pngBytes(image));
+        text_ += base64(loadModule<Pictures>("png").bytes(image));
         end("\"/>\n");
     }
 

@@ -1,3 +1,4 @@
+// PNG by cairo.
 #include <cairo.h>
 
 #include <cmath>
@@ -5,6 +6,7 @@
 #include <stdexcept>
 
 #include "app/intake/draw/canvas.h"
+#include "app/intake/module.h"
 
 namespace program {
 
@@ -106,23 +108,29 @@ class PngCanvas : public Canvas {
     Context context_;
 };
 
+class CairoPictures : public Pictures {
+  public:
+    std::unique_ptr<Canvas> png(const std::string& path, double width,
+                                double height) const override {
+        return std::make_unique<PngCanvas>(path, width, height);
+    }
+
+    std::string bytes(const Image& image) const override {
+        std::string bytes;
+        const auto append = [](void* target, const unsigned char* data, unsigned int size) {
+            static_cast<std::string*>(target)->append(reinterpret_cast<const char*>(data), size);
+            return CAIRO_STATUS_SUCCESS;
+        };
+        if (cairo_surface_write_to_png_stream(surfaceOf(image).get(), append, &bytes) !=
+            CAIRO_STATUS_SUCCESS) {
+            throw std::runtime_error("could not make an image");
+        }
+        return bytes;
+    }
+};
+
 }  // namespace
 
-std::unique_ptr<Canvas> pngCanvas(const std::string& path, double width, double height) {
-    return std::make_unique<PngCanvas>(path, width, height);
-}
-
-std::string pngBytes(const Image& image) {
-    std::string bytes;
-    const auto append = [](void* target, const unsigned char* data, unsigned int size) {
-        static_cast<std::string*>(target)->append(reinterpret_cast<const char*>(data), size);
-        return CAIRO_STATUS_SUCCESS;
-    };
-    if (cairo_surface_write_to_png_stream(surfaceOf(image).get(), append, &bytes) !=
-        CAIRO_STATUS_SUCCESS) {
-        throw std::runtime_error("could not make an image");
-    }
-    return bytes;
-}
-
 }  // namespace program
+
+INTAKE_MODULE(program::Pictures, program::CairoPictures)
