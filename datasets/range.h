@@ -17,6 +17,8 @@
 #include <iterator>
 #include <utility>
 
+#include "host/cpp/call.h"
+
 namespace datasets {
 
 // The one owner of a handle of the companions, closed by their operation. 0 is no handle.
@@ -31,8 +33,17 @@ class Handle {
     }
     ~Handle() { reset(); }
 
-    // Closes what was open and takes the handle that an operation opened; for a status that is not
-    // 0 it opened none.
+    // What an operation opens: operation(handle, arguments..., status). It may be no handle.
+    template <class Operation, class... Arguments>
+    static Handle opened(Operation* operation, const Arguments&... arguments) {
+        Handle handle;
+        int32_t number = 0;
+        int32_t status = 1;
+        qx::call(operation, number, arguments..., status);
+        handle.take(number, status);
+        return handle;
+    }
+    // Takes the handle that an operation opened; for a status that is not 0 it opened none.
     void take(int32_t number, int32_t status) {
         reset();
         if (status == 0) number_ = number;
