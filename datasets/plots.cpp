@@ -29,13 +29,6 @@ PlotHead plotHead(const std::string& plot) {
     return head;
 }
 
-PlotCursor::PlotCursor(std::string_view plot) {
-    int32_t handle = 0;
-    int32_t status = 0;
-    call(ptopen_, handle, plot, status);
-    handle_.take(handle, status);
-}
-
 int32_t PlotCursor::count() const {
     int32_t count = 0;
     call(ptrec_, handle_.number(), count);

@@ -36,7 +36,7 @@ class PlotCursor {
   public:
     using Element = PlotRecord;
     PlotCursor() = default;
-    explicit PlotCursor(std::string_view plot);
+    explicit PlotCursor(std::string_view plot) : handle_(Handle<ptclos_>::opened(ptopen_, plot)) {}
     explicit operator bool() const { return bool(handle_); }
     int32_t count() const;
     bool next();

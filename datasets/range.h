@@ -63,8 +63,8 @@ class Handle {
 // A cursor made a range. Cursor is a class that can be moved, with
 //     using Element = ...;
 //     explicit operator bool() const;      whether there is a file
-//     bool next();                         goes to the next element; false behind the last, for
-//     good const Element& current() const;      the element that next went to
+//     bool next();                         goes to the next element; false behind the last
+//     const Element& current() const;      the element that next went to
 // and where the operations have it
 //     int32_t count() const;               how many records the file says it has
 //     bool go(int32_t record);             makes the record of a number, from 1, the next one

@@ -8,11 +8,9 @@ namespace datasets {
 
 using qx::call;
 
-Raster::Raster(std::string_view path, QxRasterKind kind) : kind_(kind) {
-    int32_t handle = 0;
+Raster::Raster(std::string_view path, QxRasterKind kind)
+    : handle_(Handle<rascls_>::opened(rasopn_, path, int32_t{kind})), kind_(kind) {
     int32_t status = 0;
-    call(rasopn_, handle, path, int32_t{kind}, status);
-    handle_.take(handle, status);
     call(rasdes_, handle_.number(), shape_, status);
 }
 

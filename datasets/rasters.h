@@ -67,9 +67,8 @@ class RowCursor {
 };
 
 // The words of a row (see Raster::read) of a raster that outlives the range:
-//     for (const std::span<const int32_t>& words : row(raster, number)) ...
-using Row = Range<RowCursor>;
-inline Row row(const Raster& raster, int32_t number) { return {raster, number}; }
+//     for (const std::span<const int32_t>& words : rowOf(raster, row)) ...
+inline Range<RowCursor> rowOf(const Raster& raster, int32_t row) { return {raster, row}; }
 
 // The paths of the tables of a grid's values and of its statistics, which need not be there.
 inline std::string valueTable(std::string_view grid) { return std::string(grid) + ".VAT"; }

@@ -6,13 +6,6 @@ namespace datasets {
 
 using qx::call;
 
-Surface::Surface(std::string_view path) {
-    int32_t handle = 0;
-    int32_t status = 0;
-    call(tinopn_, handle, path, status);
-    handle_.take(handle, status);
-}
-
 std::optional<QxTinEnvironment> Surface::environment() const {
     QxTinEnvironment environment{};
     int32_t status = 0;

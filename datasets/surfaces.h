@@ -24,7 +24,7 @@ inline int32_t versionOf(const QxTinEnvironment& environment) {
 class Surface {
   public:
     Surface() = default;
-    explicit Surface(std::string_view path);
+    explicit Surface(std::string_view path) : handle_(Handle<tincls_>::opened(tinopn_, path)) {}
     explicit operator bool() const { return bool(handle_); }
     // Counts, range of heights and box as the surface says them; nothing if they are not there.
     std::optional<QxTinEnvironment> environment() const;

@@ -102,27 +102,23 @@ int32_t findRecordBytesOfNamed(const std::string& path, std::string_view kind) {
     return best;
 }
 
-WordCursor::WordCursor(std::string_view path, int32_t recordBytes)
-    : words_(static_cast<std::size_t>(recordBytes) / 4) {
-    int32_t handle = 0;
-    int32_t status = 0;
-    call(iopen_, handle, path, recordBytes, kRead, status);
-    handle_.take(handle, status);
-}
+PlainCursor::PlainCursor(std::string_view path, int32_t recordBytes)
+    : handle_(Handle<iclose_>::opened(iopen_, path, recordBytes, kRead)),
+      words_(static_cast<std::size_t>(recordBytes) / 4) {}
 
-int32_t WordCursor::count() const {
+int32_t PlainCursor::count() const {
     int32_t count = 0;
     call(icount_, handle_.number(), count);
     return count;
 }
 
-int64_t WordCursor::fileBytes() const {
+int64_t PlainCursor::fileBytes() const {
     int64_t bytes = 0;
     call(isize_, handle_.number(), bytes);
     return bytes;
 }
 
-bool WordCursor::next() {
+bool PlainCursor::next() {
     const auto count = static_cast<int32_t>(words_.size());
     int32_t status = 0;
     record_ = {record_.number + 1, words_};

@@ -53,11 +53,11 @@ struct WordRecord {
     std::string name(std::size_t index) const;
 };
 
-class WordCursor {
+class PlainCursor {
   public:
     using Element = WordRecord;
-    WordCursor() = default;
-    WordCursor(std::string_view path, int32_t recordBytes);
+    PlainCursor() = default;
+    PlainCursor(std::string_view path, int32_t recordBytes);
     explicit operator bool() const { return bool(handle_); }
     int32_t count() const;
     int64_t fileBytes() const;
@@ -69,7 +69,7 @@ class WordCursor {
     std::vector<int32_t> words_;
     WordRecord record_;
 };
-using WordRecords = Range<WordCursor>;
+using WordRecords = Range<PlainCursor>;
 
 // The symbols of a set, whose first word is the symbol's number.
 inline WordRecords symbols(std::string_view path, const SetLayout& layout) {

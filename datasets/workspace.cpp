@@ -5,15 +5,17 @@
 #include "datasets/coverage.h"
 #include "datasets/plots.h"
 #include "datasets/rasters.h"
+#include "datasets/side_texts.h"
 #include "datasets/stacks.h"
 #include "datasets/surfaces.h"
 #include "datasets/symbol_sets.h"
-#include "datasets/text_files.h"
+#include "datasets/tables.h"
 #include "host/cpp/call.h"
 #include "host/qxbase.h"
-#include "host/qxfeat.h"
 
 namespace datasets {
+
+using qx::call;
 
 namespace {
 
@@ -24,32 +26,36 @@ bool isRaster(const std::string& path) {
     return bool(Raster(path, kind));
 }
 
-using TableName = qx::FixedText<QX_TABLE_NAME_LENGTH>;
-
-// Where a path leads that is taken for a table's.
-std::pair<qx::Name, TableName> placeOfTable(const std::string& path) {
-    std::pair<qx::Name, TableName> place;
-    qx::FixedText<8> prefix;
-    qx::call(infpth_, std::string_view(path), place.first, prefix, place.second);
-    return place;
-}
-
 // A table has no file of its own name.
 bool isTable(const std::string& path) {
     int32_t status = 0;
-    qx::call(aexist_, std::string_view(path), status);
-    if (status == 0) return false;
-    const auto [directory, name] = placeOfTable(path);
-    int32_t table = 0;
-    int32_t records = 0;
-    int32_t bytes = 0;
-    qx::call(infopn_, name, directory, "", 1, table, records, bytes, status);
-    if (status != 0) return false;
-    qx::call(infcls_, table);
-    return true;
+    call(aexist_, std::string_view(path), status);
+    return status != 0 && table(path);
 }
 
-bool isPlainFile(const std::string& path) { return bool(LineCursor(path)); }
+bool isPlainFile(const std::string& path) { return bool(linesOf(path)); }
+
+// Whether the front of a file is lines of text, in whatever encoding, or nothing at all.
+bool looksLikeText(const std::string& path) {
+    constexpr int32_t kLines = 100;
+    const auto channel = Handle<aclose_>::opened(aopen_, std::string_view(path));
+    for (int32_t number = 0; channel && number < kLines; ++number) {
+        // The front of a line is enough.
+        qx::FixedText<300> line;
+        int32_t count = 0;
+        int32_t status = 0;
+        call(aread_, channel.number(), line, count, status);
+        if (status != 0) break;
+        const std::string_view characters = line.view();
+        if (std::any_of(characters.begin(), characters.end(), [](char character) {
+                const auto code = static_cast<unsigned char>(character);
+                return code < 32 && character != '\t' && character != '\r' && character != '\f';
+            })) {
+            return false;
+        }
+    }
+    return bool(channel);
+}
 
 struct Recognizer {
     const char* kind;
@@ -106,13 +112,13 @@ constexpr Guess kGuesses[] = {
 
 std::string joined(const std::string& folder, std::string_view name) {
     qx::Name path;
-    qx::call(ejoin_, std::string_view(folder), name, path);
+    call(ejoin_, std::string_view(folder), name, path);
     return std::string(path.view());
 }
 
 std::string lastName(const std::string& path) {
     qx::Name name;
-    qx::call(ename_, std::string_view(path), name);
+    call(ename_, std::string_view(path), name);
     return std::string(name.view());
 }
 
@@ -150,18 +156,15 @@ Dataset findDataset(const std::string& path, const std::string& kind) {
 }
 
 std::optional<std::vector<std::string>> namesIn(const std::string& folder) {
-    int32_t directory = 0;
-    int32_t status = 0;
-    qx::call(dopen_, directory, std::string_view(folder), status);
-    if (status != 0) return std::nullopt;
+    const auto directory = Handle<dclose_>::opened(dopen_, std::string_view(folder));
+    if (!directory) return std::nullopt;
     std::vector<std::string> names;
-    for (qx::Name name;;) {
-        qx::call(dread_, directory, name, status);
-        if (status != 0) break;
+    for (int32_t status = 0;;) {
+        qx::Name name;
+        call(dread_, directory.number(), name, status);
+        if (status != 0) return names;
         names.emplace_back(name.view());
     }
-    qx::call(dclose_, directory);
-    return names;
 }
 
 std::vector<Stored> datasetsIn(const std::string& workspace) {
@@ -175,22 +178,13 @@ std::vector<Stored> datasetsIn(const std::string& workspace) {
     return found;
 }
 
-std::vector<StoredTable> tablesIn(const std::string& workspace) {
+std::vector<StoredTable> tablesInWorkspace(const std::string& workspace) {
     std::vector<StoredTable> tables;
-    const qx::Name directory = placeOfTable(joined(workspace, "*")).first;
-    int32_t list = 0;
-    int32_t count = 0;
-    int32_t status = 0;
-    qx::call(inflst_, list, directory, "", count);
-    for (TableName name;;) {
-        qx::call(infnxt_, list, name, status);
-        if (status != 0) break;
-        const std::string table(name.view());
-        const std::size_t point = table.rfind('.');
+    for (const TablePlace& place : tablesIn(tablePlace(joined(workspace, "*")).directory)) {
+        const std::size_t point = place.name.rfind('.');
         tables.push_back(
-            {table, point == std::string::npos ? std::string() : table.substr(0, point)});
+            {place, point == std::string::npos ? std::string() : place.name.substr(0, point)});
     }
-    qx::call(infend_, list);
     return tables;
 }
 

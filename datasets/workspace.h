@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "datasets/tables.h"
+
 namespace datasets {
 
 struct Dataset {
@@ -42,12 +44,12 @@ std::vector<Stored> datasetsIn(const std::string& workspace);
 
 // The tables of a workspace in the order of their definition.
 struct StoredTable {
-    std::string name;
+    TablePlace place;
     // What stands before the last point: the name of the dataset that a table belongs to if there
     // is one; empty for a name without a point.
     std::string owner;
 };
-std::vector<StoredTable> tablesIn(const std::string& workspace);
+std::vector<StoredTable> tablesInWorkspace(const std::string& workspace);
 
 }  // namespace datasets
 

@@ -25,7 +25,7 @@ void dumpRows(Dump& dump, const Raster& raster) {
     for (int32_t row = 0; row < raster.shape().rowsWritten; ++row) {
         JsonLine line(dump.output(), "row");
         line.field("number", row).key("cells").beginList();
-        for (const auto& cells : datasets::row(raster, row)) {
+        for (const auto& cells : datasets::rowOf(raster, row)) {
             for (const int32_t cell : cells) putCell(line, cell, raster.isInteger());
         }
         line.endList();
