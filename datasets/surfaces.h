@@ -43,13 +43,16 @@ class Member {
     // The next record; null behind the last.
     const Record* next(const Surface& surface) {
         if (place_ == used_) {
+            // A block that was not full is the last.
+            if (used_ != static_cast<int32_t>(block_.size())) return nullptr;
             constexpr int32_t kBlock = 1024;
             block_.resize(kBlock);
             first_ += used_;
             used_ = surface.read(member_, first_, kBlock, block_.data());
             place_ = 0;
+            if (used_ == 0) return nullptr;
         }
-        return place_ == used_ ? nullptr : &block_[static_cast<std::size_t>(place_++)];
+        return &block_[static_cast<std::size_t>(place_++)];
     }
 
   private:
