@@ -1,11 +1,13 @@
-# Installs the libraries, their C headers, the program, a CMake package and a pkg-config file.
+# Installs the libraries, their headers, the program, a CMake package and a pkg-config file.
 include(CMakePackageConfigHelpers)
 
-install(TARGETS intakedl qxbase qxfeat qxgridio intake_host EXPORT intakeTargets
+install(TARGETS intakedl qxbase qxfeat qxgridio intake_host intake_datasets EXPORT intakeTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
   INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} ${CMAKE_INSTALL_INCLUDEDIR}/intake)
 install(FILES include/intakedl.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
-install(DIRECTORY host DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/intake FILES_MATCHING PATTERN "*.h")
+install(DIRECTORY host datasets DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/intake
+  FILES_MATCHING PATTERN "*.h")
 install(EXPORT intakeTargets NAMESPACE intake:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/intake)
 
 configure_package_config_file(cmake/intakeConfig.cmake.in ${PROJECT_BINARY_DIR}/intakeConfig.cmake

@@ -20,13 +20,9 @@ std::optional<Box> extentOf(std::string_view coverage) {
     return status == 0 ? std::optional(box) : std::nullopt;
 }
 
-SubclassCursor::SubclassCursor(std::string_view coverage, Subclassed what) {
-    const auto code = static_cast<int32_t>(what);
-    int32_t walk = 0;
-    int32_t status = 0;
-    call(copen_, walk, coverage, code, code, status);
-    handle_.take(walk, status);
-}
+SubclassCursor::SubclassCursor(std::string_view coverage, Subclassed what)
+    : handle_(Handle<cclose_>::opened(copen_, coverage, static_cast<int32_t>(what),
+                                      static_cast<int32_t>(what))) {}
 
 bool SubclassCursor::next() {
     qx::FixedText<32> name;

@@ -17,6 +17,8 @@
 #include <iterator>
 #include <utility>
 
+#include "host/cpp/call.h"
+
 namespace datasets {
 
 // The one owner of a handle of the companions, closed by their operation. 0 is no handle.
@@ -31,8 +33,17 @@ class Handle {
     }
     ~Handle() { reset(); }
 
-    // Closes what was open and takes the handle that an operation opened; for a status that is not
-    // 0 it opened none.
+    // What an operation opens: operation(handle, arguments..., status). It may be no handle.
+    template <class Operation, class... Arguments>
+    static Handle opened(Operation* operation, const Arguments&... arguments) {
+        Handle handle;
+        int32_t number = 0;
+        int32_t status = 1;
+        qx::call(operation, number, arguments..., status);
+        handle.take(number, status);
+        return handle;
+    }
+    // Takes the handle that an operation opened; for a status that is not 0 it opened none.
     void take(int32_t number, int32_t status) {
         reset();
         if (status == 0) number_ = number;
@@ -52,8 +63,8 @@ class Handle {
 // A cursor made a range. Cursor is a class that can be moved, with
 //     using Element = ...;
 //     explicit operator bool() const;      whether there is a file
-//     bool next();                         goes to the next element; false behind the last, for
-//     good const Element& current() const;      the element that next went to
+//     bool next();                         goes to the next element; false behind the last
+//     const Element& current() const;      the element that next went to
 // and where the operations have it
 //     int32_t count() const;               how many records the file says it has
 //     bool go(int32_t record);             makes the record of a number, from 1, the next one

@@ -17,7 +17,7 @@ const fuzz::Scratch& scratch() {
 // Everything that was stored can be read, under each kind that it may be.
 void dumpAll(const std::string& path) {
     std::ostream nowhere(nullptr);
-    for (const std::string& kind : program::kindsOf(path)) {
+    for (const std::string& kind : datasets::kindsOf(path)) {
         try {
             program::DumpOptions options;
             options.kind = kind;

@@ -62,7 +62,7 @@ uint16_t numberOf(std::string_view name) {
 
 using Datasets = std::map<uint16_t, StoredDataset>;
 
-const Datasets& datasets() {
+const Datasets& imported() {
     static const Datasets all = [] {
         mesink_([](int32_t, const char*, void*) {}, nullptr);
         std::set<fs::path> seeds;
@@ -135,8 +135,8 @@ void read(const std::string& path, const std::string& kind, int reader) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     constexpr std::size_t kChoice = 3;
     if (size < kChoice) return 0;
-    auto chosen = datasets().lower_bound(static_cast<uint16_t>(data[0] << 8 | data[1]));
-    if (chosen == datasets().end()) chosen = datasets().begin();
+    auto chosen = imported().lower_bound(static_cast<uint16_t>(data[0] << 8 | data[1]));
+    if (chosen == imported().end()) chosen = imported().begin();
     const StoredDataset& dataset = chosen->second;
     std::set<const StoredFile*> changed;
     for (std::size_t at = kChoice; at + kStep <= size; at += kStep) {
@@ -146,7 +146,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     }
     std::vector<std::string> kinds;
     try {
-        kinds = program::kindsOf(dataset.path);
+        kinds = datasets::kindsOf(dataset.path);
     } catch (const std::runtime_error&) {}
     for (const std::string& kind : kinds) {
         try {

@@ -5,10 +5,10 @@
 #include <stdexcept>
 #include <vector>
 
-#include "app/intake/dataset.h"
 #include "app/intake/messages.h"
 #include "app/intake/progress_line.h"
 #include "app/intake/utf8.h"
+#include "datasets/workspace.h"
 #include "host/qxbase.h"
 #include "include/intakedl.h"
 
@@ -104,7 +104,7 @@ class Report {
 bool standsAlready(const std::string& dataset) {
     std::error_code ignored;
     const auto there = std::filesystem::symlink_status(dataset, ignored);
-    return std::filesystem::exists(there) || !kindsOf(dataset).empty();
+    return std::filesystem::exists(there) || !datasets::kindsOf(dataset).empty();
 }
 
 }  // namespace

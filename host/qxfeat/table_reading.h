@@ -44,6 +44,11 @@ QX_API void infrd_(const int32_t* table, int32_t* number, int32_t* status);
 QX_API void infval_(const int32_t* table, const int32_t* place, double* value, char* text,
                     int32_t* status, int32_t textLength);
 
+/* The bytes of an item in the record that was read last, where they lie: good until the next record
+ * is read or the table is closed. status as infval_ has it, and then count is 0. */
+QX_API void infbyt_(const int32_t* table, const int32_t* place, const char** bytes, int32_t* count,
+                    int32_t* status);
+
 /* Look-up through an item's index. inxfnd_ finds the entries whose key is the value, or the text
  * for the types 1 to 3: first, the place of the first in key order, and how many there are.
  * Without one, first is the place where it would be. inxget_ gives the record of a place.

@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
 # Installs the build to a scratch folder, takes a module away and uses it as README.md tells: its C
-# example through pkg-config and through find_package, its Python example through ctypes. Arguments:
-# the source and build folders, the C compiler and its flags, and "python" or "no-python".
+# example through pkg-config and through find_package, its C++ example, its Python example. Arguments:
+# the source and build folders, the C compiler and its flags, "python" or "no-python", and the C++
+# compiler.
 set -euo pipefail
-source=$1 build=$2 compiler=$3 flags=$4 python=$5
+source=$1 build=$2 compiler=$3 flags=$4 python=$5 compiler_cxx=$6
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 prefix=$scratch/prefix
@@ -59,17 +60,30 @@ read -ra words <<<"$flags $(pkg-config --cflags --libs intakedl)"
     -Wl,-rpath,"$libraries" -o "$scratch/import"
 expect "$scratch/import"
 
+example cpp "$scratch/read.cpp"
 cat >"$scratch/CMakeLists.txt" <<'PROJECT'
 cmake_minimum_required(VERSION 3.25)
-project(consumer C)
+project(consumer C CXX)
 find_package(intake REQUIRED)
 add_executable(consumer import.c)
 target_link_libraries(consumer intake::intakedl intake::qxbase)
+add_executable(reader read.cpp)
+target_compile_features(reader PRIVATE cxx_std_20)
+target_link_libraries(reader intake::datasets)
 PROJECT
 cmake -S "$scratch" -B "$scratch/consumer" -DCMAKE_PREFIX_PATH="$prefix" \
-    -DCMAKE_C_COMPILER="$compiler" -DCMAKE_C_FLAGS="$flags" >/dev/null
+    -DCMAKE_C_COMPILER="$compiler" -DCMAKE_CXX_COMPILER="$compiler_cxx" \
+    -DCMAKE_C_FLAGS="$flags" -DCMAKE_CXX_FLAGS="$flags" >/dev/null
 cmake --build "$scratch/consumer" >/dev/null
 expect "$scratch/consumer/consumer"
+
+# The C++ example finds the lengths that the arcs' own table says, and its columns.
+"$prefix/bin/intake" import --quiet "$source/samples/wcr.e00" "$scratch/WORLD"
+"$scratch/consumer/reader" "$scratch/WORLD" >"$scratch/read"
+"$prefix/bin/intake" dump "$scratch/WORLD" --class record | grep -o '"LENGTH":[^,}]*' |
+    awk -F: -v read="$(sed -n 's/^length //p' "$scratch/read")" '{ sum += $2 }
+        END { if (sum <= 0 || (read - sum) ^ 2 > (sum / 1e4) ^ 2) { print read, sum; exit 1 } }'
+grep -qx KIND "$scratch/read"
 
 if [[ $python == python ]]; then
     example python "$scratch/import.py"

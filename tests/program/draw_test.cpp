@@ -124,6 +124,34 @@ TEST_F(Draw, EveryKindsPictureHasWhatItsRecordsSay) {
               std::string::npos);
 }
 
+TEST_F(Draw, AnAnnotationOfSeveralLinesHasATextForEach) {
+    // Lines of two places each, one below the other, by their first characters and points.
+    const auto record = [](const std::string& characters, const std::string& points) {
+        return "         1         0         4         0         1         2         6\n" +
+               characters + "\n\n\n" + points + "\n\n\n 1.0000000E+00\n" +
+               " 1.0000000E+00 0.0000000E+00 0.0000000E+00\n"
+               " 0.0000000E+00 4.0000000E+00\n 4.0000000E+00 4.0000000E+00\n"
+               " 0.0000000E+00 0.0000000E+00\n 4.0000000E+00 0.0000000E+00\nsaltOX\n";
+    };
+    const std::string parted = "         1         5";
+    given("EXP  0 X\nTX6  2\nNAMES\n" + record(parted, "         1         3") +
+          record(parted, "         1        -3") + record(parted, "         1         5") +
+          record("         1         0", "         1         3") + kClose + "JABBERWOCKY  \nEOS\n");
+    ASSERT_EQ(import("LINES"), 1);
+    std::string svg = drawn("LINES");
+    std::vector<std::string> texts;
+    for (std::size_t place = 0; (place = svg.find("<text", place)) != std::string::npos;) {
+        const std::size_t end = svg.find("</text>", place);
+        const std::string text = svg.substr(place, end - place);
+        texts.push_back(text.substr(6, text.find(" font") - 6) + text.substr(text.rfind('>')));
+        place = end;
+    }
+    const std::string top = "x=\"12.00\" y=\"12.00\">";
+    const std::string bottom = "x=\"12.00\" y=\"988.00\">";
+    EXPECT_EQ(texts, (std::vector<std::string>{top + "salt", bottom + "OX", top + "salt",
+                                               top + "saltOX", top + "saltOX"}));
+}
+
 TEST_F(Draw, AStackIsItsFirstGridAndPngIsOne) {
     ASSERT_EQ(run({"import", INTAKE_SOURCE_DIR "/samples/jkstk.e00", "@STACK"}).status, 0);
     ASSERT_EQ(run({"draw", "@JKA", "@JKA.svg"}).status, 0);

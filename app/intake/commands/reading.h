@@ -5,8 +5,8 @@
 #include <stdexcept>
 
 #include "app/intake/console.h"
-#include "app/intake/dataset.h"
 #include "app/intake/messages.h"
+#include "datasets/workspace.h"
 
 namespace program {
 
@@ -17,7 +17,7 @@ int reading(Console& console, Work work) {
     Listening listening(console);
     try {
         work();
-    } catch (const NoDataset&) {
+    } catch (const datasets::NoDataset&) {
         // A file that cannot be read says why none was found.
         if (listening.endWell()) throw;
         return kEnded;

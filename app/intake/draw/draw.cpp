@@ -5,7 +5,7 @@
 #include <stdexcept>
 
 #include "app/intake/module.h"
-#include "app/intake/stacks.h"
+#include "datasets/stacks.h"
 
 namespace program {
 
@@ -17,7 +17,7 @@ namespace {
 
 // The first of its grids stands for a stack.
 Picture pictureOfStack(const Dataset& dataset) {
-    const std::vector<Dataset> grids = memberGrids(dataset.path);
+    const std::vector<Dataset> grids = datasets::memberGrids(dataset.path);
     if (grids.empty()) noPicture(dataset);
     return pictureOfRaster(grids.front());
 }
@@ -67,7 +67,7 @@ void draw(const std::string& path, const std::string& kind, const std::string& p
     if (!svg && !picture.ends_with(".png")) {
         throw std::runtime_error(picture + ": the name of a picture ends in .svg or .png");
     }
-    const Picture content = pictureOf(findDataset(path, kind));
+    const Picture content = pictureOf(datasets::findDataset(path, kind));
     const std::string unfinished = picture + ".part";
     try {
         drawTo(unfinished, svg, content);

@@ -5,11 +5,13 @@
 #include <functional>
 #include <string>
 
-#include "app/intake/dataset.h"
 #include "app/intake/draw/canvas.h"
 #include "app/intake/draw/view.h"
+#include "datasets/workspace.h"
 
 namespace program {
+
+using datasets::Dataset;
 
 // Draws the dataset at a path to a file whose name ends in .svg or .png; an existing file is
 // replaced when the picture is whole. Throws a std::runtime_error whose text is for the user.

@@ -1,5 +1,5 @@
 // Plays a plot: the records of its drawing, one after the other.
-#include "app/intake/plots.h"
+#include "datasets/plots.h"
 
 #include <algorithm>
 #include <array>
@@ -8,14 +8,10 @@
 #include "app/intake/draw/draw.h"
 #include "app/intake/draw/palette.h"
 #include "app/intake/utf8.h"
-#include "host/cpp/call.h"
-#include "host/qxbase.h"
 
 namespace program {
 
 namespace {
-
-using qx::call;
 
 enum Code : int32_t {
     kColour = 0,
@@ -34,13 +30,6 @@ enum Code : int32_t {
 constexpr std::size_t kMostText = 320;
 constexpr std::size_t kMostVertices = 5000;
 
-struct Record {
-    int32_t code = 0;
-    std::array<float, 2> R{};
-    std::array<int32_t, 2> I{};
-    qx::FixedText<QX_PLOT_TEXT> T;
-};
-
 // What the player hands on, in plot units.
 class Stage {
   public:
@@ -57,18 +46,18 @@ class Player {
     explicit Player(Stage& stage) : stage_(stage) {}
 
     // False at the record that ends the plot.
-    bool play(const Record& record) {
+    bool play(const datasets::PlotRecord& record) {
         if (record.code < 0) {
             takeText(record);
             return true;
         }
         endText();
         if (record.code != kDraw) endLine();
-        const double x = xOrigin_ + double{record.R[0]} * scale_;
-        const double y = yOrigin_ + double{record.R[1]} * scale_;
+        const double x = xOrigin_ + double{record.reals[0]} * scale_;
+        const double y = yOrigin_ + double{record.reals[1]} * scale_;
         switch (record.code) {
             case kColour:
-                colour_ = record.I[0];
+                colour_ = record.integers[0];
                 break;
             case kMove:
             case kDraw:
@@ -78,22 +67,22 @@ class Player {
                 stage_.point(x, y, colour_);
                 break;
             case kTextSize:
-                textHeight_ = double{record.R[0]} * scale_;
+                textHeight_ = double{record.reals[0]} * scale_;
                 break;
             case kEnd:
                 return false;
             case kOrigin:
-                xOrigin_ += double{record.R[0]} * scale_;
-                yOrigin_ += double{record.R[1]} * scale_;
+                xOrigin_ += double{record.reals[0]} * scale_;
+                yOrigin_ += double{record.reals[1]} * scale_;
                 break;
             case kScale:
-                scale_ *= double{record.R[0]};
+                scale_ *= double{record.reals[0]};
                 break;
             case kShade:
-                shade_ = std::isfinite(record.R[0])
-                             ? static_cast<int32_t>(std::clamp(record.R[0], -2e9F, 2e9F))
+                shade_ = std::isfinite(record.reals[0])
+                             ? static_cast<int32_t>(std::clamp(record.reals[0], -2e9F, 2e9F))
                              : 0;
-                outlined_ = record.I[1] != 0;
+                outlined_ = record.integers[1] != 0;
                 break;
             case kVertex:
                 if (polygon_.size() < 2 * kMostVertices) polygon_.insert(polygon_.end(), {x, y});
@@ -116,10 +105,10 @@ class Player {
 
   private:
     // As many characters as the code says; fewer than eight end the text.
-    void takeText(const Record& record) {
+    void takeText(const datasets::PlotRecord& record) {
         const auto count =
             static_cast<std::size_t>(std::min<int64_t>(-int64_t{record.code}, QX_PLOT_TEXT));
-        if (text_.size() + count <= kMostText) text_ += record.T.full().substr(0, count);
+        if (text_.size() + count <= kMostText) text_ += record.text.full().substr(0, count);
         if (count < QX_PLOT_TEXT) endText();
     }
     void endText() {
@@ -149,18 +138,11 @@ class Player {
 };
 
 void playFile(const std::string& file, Stage& stage) {
-    int32_t plot = 0;
-    int32_t status = 0;
-    call(ptopen_, plot, std::string_view(file), status);
-    if (status != 0) return;
     Player player(stage);
-    Record record;
-    for (bool goesOn = true; goesOn;) {
-        call(ptread_, plot, record.code, record.R, record.I, record.T, status);
-        goesOn = status == 0 && player.play(record);
+    for (const datasets::PlotRecord& record : datasets::plotRecords(file)) {
+        if (!player.play(record)) break;
     }
     player.finish();
-    call(ptclos_, plot);
 }
 
 class Measure : public Stage {
@@ -211,15 +193,10 @@ class OnCanvas : public Stage {
 
 // The bounds that the plot says, if it does, and what it draws: not all plots keep to their bounds.
 Extent extentOf(const std::string& file) {
-    constexpr float kUnset = 8.9E27F;
-    std::array<float, 4> bounds{};
-    int32_t status = 0;
-    call(ptbndr_, std::string_view(file), bounds[0], bounds[1], bounds[2], bounds[3], status);
     Measure measure;
-    if (std::all_of(bounds.begin(), bounds.end(),
-                    [](float bound) { return std::fabs(bound) < kUnset; })) {
-        measure.extent.add({bounds[0], bounds[1], bounds[2], bounds[3]});
-    }
+    const datasets::PlotHead head = datasets::plotHead(file);
+    const auto& [xmin, ymin, xmax, ymax] = head.bounds;
+    if (head.hasBounds()) measure.extent.add({xmin, ymin, xmax, ymax});
     playFile(file, measure);
     return measure.extent;
 }
@@ -240,8 +217,8 @@ Picture pictureOfPlot(const Dataset& dataset) { return pictureOfFiles({dataset.p
 
 Picture pictureOfMap(const Dataset& dataset) {
     std::vector<std::string> files;
-    for (const std::string& element : mapElements(dataset.path)) {
-        files.push_back(elementFile(dataset.path, element));
+    for (const std::string& element : datasets::mapElements(dataset.path)) {
+        files.push_back(datasets::elementFile(dataset.path, element));
     }
     return pictureOfFiles(files);
 }

@@ -1,19 +1,15 @@
 // A lattice or grid as shaded relief, one image.
 #include <array>
-#include <bit>
 #include <limits>
 
 #include "app/intake/draw/draw.h"
 #include "app/intake/draw/palette.h"
 #include "app/intake/draw/relief.h"
-#include "host/cpp/call.h"
-#include "host/qxgridio.h"
+#include "datasets/rasters.h"
 
 namespace program {
 
 namespace {
-
-using qx::call;
 
 constexpr int32_t kLongestSide = 1600;
 
@@ -33,49 +29,41 @@ struct Heights {
     }
 };
 
-double heightOf(int32_t cell, const QxRaster& raster, float noData) {
-    constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
-    if (raster.cellType != QX_FLOATING_CELLS) return cell != QX_MISSING_INTEGER ? cell : kNone;
-    const auto value = std::bit_cast<float>(cell);
-    return value != noData && std::isfinite(value) ? value : kNone;
-}
-
 // Every step-th cell of a row, none with data where the row was not written. A row is read in
 // pieces, since it may claim to be far wider than what is stored; cells that lie far apart are read
 // one by one.
-void readRow(int32_t handle, const QxRaster& raster, int32_t row, int32_t step,
+void readRow(const datasets::Raster& raster, int32_t row, int32_t step,
              std::vector<double>& values) {
     constexpr int32_t kFarApart = 256;
+    constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
     std::array<int32_t, 4096> cells;
     const auto most = static_cast<int32_t>(cells.size());
     const int32_t piece = step < kFarApart ? most - most % step : 1;
-    float noData = 0;
-    call(fltndt_, noData);
-    int32_t status = row < raster.rowsWritten ? 0 : -1;
-    for (int32_t column = 0; column < raster.columns; column += std::max(piece, step)) {
-        const int32_t count = std::min(piece, raster.columns - column);
-        if (status == 0) {
-            call(rasrd_, handle, row, column, count, static_cast<void*>(cells.data()), status);
-        }
+    const int32_t columns = raster.shape().columns;
+    bool good = row < raster.shape().rowsWritten;
+    for (int32_t column = 0; column < columns; column += std::max(piece, step)) {
+        const int32_t count = std::min(piece, columns - column);
+        good = good && raster.read(row, column, {cells.data(), static_cast<std::size_t>(count)});
         // What cannot be read has no data, nor has what is behind it in its row.
         for (int32_t each = 0; each < count; each += step) {
-            const int32_t cell = cells[static_cast<std::size_t>(each)];
-            values.push_back(status == 0 ? heightOf(cell, raster, noData)
-                                         : std::numeric_limits<double>::quiet_NaN());
+            const double value =
+                good ? raster.value(cells[static_cast<std::size_t>(each)]).value_or(kNone) : kNone;
+            values.push_back(std::isfinite(value) ? value : kNone);
         }
     }
 }
 
-Heights readHeights(int32_t handle, const QxRaster& raster) {
+Heights readHeights(const datasets::Raster& raster) {
+    const QxRaster& shape = raster.shape();
     Heights heights;
-    const int32_t step = (std::max({raster.columns, raster.rows, 1}) - 1) / kLongestSide + 1;
+    const int32_t step = (std::max({shape.columns, shape.rows, 1}) - 1) / kLongestSide + 1;
     // Either may be negative in a file.
-    heights.columns = (std::max(raster.columns, 0) + step - 1) / step;
-    heights.rows = (std::max(raster.rows, 0) + step - 1) / step;
+    heights.columns = (std::max(shape.columns, 0) + step - 1) / step;
+    heights.rows = (std::max(shape.rows, 0) + step - 1) / step;
     heights.values.reserve(static_cast<std::size_t>(heights.columns) *
                            static_cast<std::size_t>(heights.rows));
-    for (int32_t row = 0; row < raster.rows; row += step) {
-        readRow(handle, raster, row, step, heights.values);
+    for (int32_t row = 0; row < shape.rows; row += step) {
+        readRow(raster, row, step, heights.values);
     }
     Extent range;
     for (const double value : heights.values) range.add(value, 0);
@@ -115,27 +103,19 @@ Image shaded(const Heights& heights) {
 }  // namespace
 
 Picture pictureOfRaster(const Dataset& dataset) {
+    const datasets::Raster raster(dataset.path, dataset.kind == "Lattice" ? QX_LATTICE : QX_GRID);
+    if (!raster) return {{}, [](Canvas&, const View&) {}};
+    const auto [xmin, ymin, xmax, ymax] = raster.box();
+    const auto image = std::make_shared<Image>(shaded(readHeights(raster)));
     Picture picture;
-    const int32_t kind = dataset.kind == "Lattice" ? QX_LATTICE : QX_GRID;
-    int32_t handle = 0;
-    int32_t status = 0;
-    QxRaster raster{};
-    call(rasopn_, handle, std::string_view(dataset.path), kind, status);
-    if (status == 0) {
-        call(rasdes_, handle, raster, status);
-        const auto image = std::make_shared<Image>(shaded(readHeights(handle, raster)));
-        call(rascls_, handle);
-        picture.extent.add(raster.lowerLeft[0], raster.lowerLeft[1]);
-        picture.extent.add(raster.upperRight[0], raster.upperRight[1]);
-        picture.draw = [=](Canvas& canvas, const View& view) {
-            if (image->pixels.empty()) return;
-            const Place topLeft = view.place(raster.lowerLeft[0], raster.upperRight[1]);
-            const Place bottomRight = view.place(raster.upperRight[0], raster.lowerLeft[1]);
-            canvas.image(topLeft, bottomRight.x - topLeft.x, bottomRight.y - topLeft.y, *image);
-        };
-    } else {
-        picture.draw = [](Canvas&, const View&) {};
-    }
+    picture.extent.add(xmin, ymin);
+    picture.extent.add(xmax, ymax);
+    picture.draw = [=](Canvas& canvas, const View& view) {
+        if (image->pixels.empty()) return;
+        const Place topLeft = view.place(xmin, ymax);
+        const Place bottomRight = view.place(xmax, ymin);
+        canvas.image(topLeft, bottomRight.x - topLeft.x, bottomRight.y - topLeft.y, *image);
+    };
     return picture;
 }
 

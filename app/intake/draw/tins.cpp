@@ -4,36 +4,11 @@
 #include "app/intake/draw/draw.h"
 #include "app/intake/draw/palette.h"
 #include "app/intake/draw/relief.h"
-#include "host/cpp/call.h"
-#include "host/qxbase.h"
-#include "host/qxgridio.h"
+#include "datasets/surfaces.h"
 
 namespace program {
 
 namespace {
-
-using qx::call;
-
-constexpr int32_t kBlock = 4096;
-
-// All records of a member, as many as the file holds.
-template <class Element>
-std::vector<Element> readMember(int32_t tin, int32_t member, std::size_t elementsPerRecord) {
-    std::vector<Element> values;
-    int64_t count = 0;
-    call(tincnt_, tin, member, count);
-    std::vector<Element> block(kBlock * elementsPerRecord);
-    for (int64_t first = 1; first <= count;) {
-        int32_t got = 0;
-        call(tinget_, tin, member, first, kBlock, static_cast<void*>(block.data()), got);
-        if (got <= 0) break;
-        values.insert(values.end(), block.begin(),
-                      block.begin() + static_cast<std::ptrdiff_t>(got) *
-                                          static_cast<std::ptrdiff_t>(elementsPerRecord));
-        first += got;
-    }
-    return values;
-}
 
 struct Node {
     double x;
@@ -50,32 +25,23 @@ struct Surface {
 
 Surface readSurface(const Dataset& dataset) {
     Surface surface;
-    int32_t tin = 0;
-    int32_t status = 0;
-    call(tinopn_, tin, std::string_view(dataset.path), status);
-    if (status != 0) return surface;
-    const auto places = readMember<double>(tin, QX_TIN_NODE_XY, 2);
-    const auto heights = readMember<float>(tin, QX_TIN_NODE_Z, 1);
-    const auto corners = readMember<int32_t>(tin, QX_TIN_TRIANGLE_NODES, 3);
-    call(tincls_, tin);
-    float noData = 0;
-    call(fltndt_, noData);
     Extent heightRange;
-    for (std::size_t node = 0; 2 * node + 1 < places.size(); ++node) {
-        const bool known = node < heights.size() && heights[node] != noData;
-        const double z = known ? heights[node] : std::numeric_limits<double>::quiet_NaN();
-        surface.nodes.push_back({places[2 * node], places[2 * node + 1], z});
+    for (const datasets::Node& node : datasets::nodes(dataset.path)) {
+        if (!node.place) break;
+        const double z = node.hasHeight() ? *node.height : std::numeric_limits<double>::quiet_NaN();
+        surface.nodes.push_back({node.place->x, node.place->y, z});
         heightRange.add(z, 0);
     }
     if (!heightRange.empty()) {
         surface.lowest = heightRange.xmin;
         surface.highest = heightRange.xmax;
     }
-    for (std::size_t triangle = 0; 3 * triangle + 2 < corners.size(); ++triangle) {
+    for (const datasets::Triangle& triangle : datasets::triangles(dataset.path)) {
+        if (!triangle.nodes) break;
         std::array<Node, 3> nodes{};
         bool whole = true;
         for (std::size_t corner = 0; corner < 3; ++corner) {
-            const int64_t number = corners[3 * triangle + corner];
+            const int64_t number = (*triangle.nodes)[corner];
             whole = whole && number >= 1 && number <= static_cast<int64_t>(surface.nodes.size());
             if (whole) nodes[corner] = surface.nodes[static_cast<std::size_t>(number - 1)];
             whole = whole && std::isfinite(nodes[corner].z);

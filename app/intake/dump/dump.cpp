@@ -44,7 +44,7 @@ void dumpDatasetLine(Dump& dump, const Dataset& dataset) {
 }
 
 void dump(const std::string& path, const DumpOptions& options, std::ostream& stream) {
-    const Dataset dataset = findDataset(path, options.kind);
+    const Dataset dataset = datasets::findDataset(path, options.kind);
     Dump dump(stream, options);
     for (const Kind& kind : kKinds) {
         if (dataset.kind == kind.label) kind.dump(dump, dataset);

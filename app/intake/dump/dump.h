@@ -6,10 +6,12 @@
 #include <string>
 #include <vector>
 
-#include "app/intake/dataset.h"
 #include "app/intake/json_line.h"
+#include "datasets/workspace.h"
 
 namespace program {
+
+using datasets::Dataset;
 
 struct DumpOptions {
     std::vector<std::string> classes;  // only these; all if empty

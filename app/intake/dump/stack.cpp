@@ -1,12 +1,12 @@
 #include "app/intake/dump/dump.h"
 #include "app/intake/dump/side_files.h"
 #include "app/intake/dump/tables.h"
-#include "app/intake/stacks.h"
+#include "datasets/stacks.h"
 
 namespace program {
 
 void dumpStack(Dump& dump, const Dataset& dataset) {
-    const std::vector<std::string> members = stackMembers(dataset.path);
+    const std::vector<std::string> members = datasets::stackMembers(dataset.path);
     dumpDatasetLine(dump, dataset);
     if (dump.wants("stack")) {
         JsonLine line(dump.output(), "stack");
@@ -16,7 +16,7 @@ void dumpStack(Dump& dump, const Dataset& dataset) {
     }
     dumpSideTexts(dump, dataset.path);
     dumpTables(dump, dataset.path);
-    for (const Dataset& grid : memberGrids(dataset.path)) dumpGrid(dump, grid);
+    for (const Dataset& grid : datasets::memberGrids(dataset.path)) dumpGrid(dump, grid);
 }
 
 }  // namespace program

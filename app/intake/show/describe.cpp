@@ -4,7 +4,7 @@
 
 #include "app/intake/dump/dump.h"
 #include "app/intake/show/show.h"
-#include "app/intake/symbol_sets.h"
+#include "datasets/symbol_sets.h"
 #include "host/cpp/call.h"
 #include "host/qxfeat.h"
 
@@ -24,7 +24,8 @@ void addExtent(const std::string& path, nlohmann::json& head) {
 void addStraySymbols(const Dataset& dataset, Description& description) {
     constexpr std::size_t kMostShown = 20;
     if (!description.contains("recordBytes") || dataset.kind == "Font File") return;
-    const auto strays = straySymbols(dataset.path, description["recordBytes"]);
+    const auto strays = datasets::straySymbols(
+        dataset.path, datasets::layoutOf(dataset.kind, description["recordBytes"]));
     if (strays.empty()) return;
     description["outside1To1060"] = strays.size();
     Description& shown = description["strays"] = Description::array();
@@ -36,7 +37,7 @@ void addStraySymbols(const Dataset& dataset, Description& description) {
 }  // namespace
 
 Description describe(const std::string& path, const std::string& kind) {
-    const Dataset dataset = findDataset(path, kind);
+    const Dataset dataset = datasets::findDataset(path, kind);
     std::ostringstream text;
     dump(path, {headClasses(), dataset.kind}, text);
     Description description;

@@ -2,8 +2,8 @@
 #include <map>
 
 #include "app/intake/show/show.h"
-#include "app/intake/symbol_sets.h"
 #include "app/intake/utf8.h"
+#include "datasets/symbol_sets.h"
 
 namespace program {
 
@@ -32,7 +32,8 @@ void addFolder(const fs::path& folder, Sizes& sizes) {
 }  // namespace
 
 Description filesOf(const Dataset& dataset) {
-    const fs::path path = dataset.kind == "Font File" ? fontFile(dataset.path) : dataset.path;
+    const fs::path path =
+        dataset.kind == "Font File" ? datasets::fontFile(dataset.path) : dataset.path;
     Sizes sizes;
     std::error_code failed;
     if (fs::is_directory(path, failed)) {

@@ -6,9 +6,11 @@
 #include <ostream>
 #include <string>
 
-#include "app/intake/dataset.h"
+#include "datasets/workspace.h"
 
 namespace program {
+
+using datasets::Dataset;
 
 // What is shown, as one object: kind and name, then what the kind has of precision, extent
 // [xmin, ymin, xmax, ymax], sizes and counts, tables with their items, and files with their bytes.

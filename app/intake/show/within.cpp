@@ -120,7 +120,7 @@ Description featuresWithin(const Dataset& dataset, const Box& rectangle) {
 Description describeWithin(const std::string& path, const std::string& kind,
                            const std::string& rectangle) {
     const Box box = parseRectangle(rectangle);
-    const Dataset dataset = findDataset(path, kind);
+    const Dataset dataset = datasets::findDataset(path, kind);
     Description description;
     description["kind"] = dataset.kind;
     description["name"] = dataset.name;

@@ -1,12 +1,19 @@
-#include "app/intake/stacks.h"
+#include "datasets/stacks.h"
 
 #include "host/cpp/call.h"
 #include "host/qxbase.h"
 #include "host/qxgridio.h"
 
-namespace program {
+namespace datasets {
 
 using qx::call;
+
+bool isStack(const std::string& path) {
+    int32_t count = 0;
+    int32_t status = 0;
+    call(saknly_, std::string_view(path), count, status);
+    return status == 0;
+}
 
 std::vector<std::string> stackMembers(const std::string& stack) {
     std::vector<std::string> members;
@@ -38,4 +45,4 @@ std::vector<Dataset> memberGrids(const std::string& stack) {
     return grids;
 }
 
-}  // namespace program
+}  // namespace datasets

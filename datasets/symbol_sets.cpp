@@ -1,4 +1,4 @@
-#include "app/intake/symbol_sets.h"
+#include "datasets/symbol_sets.h"
 
 #include <algorithm>
 #include <array>
@@ -8,7 +8,7 @@
 #include "host/cpp/call.h"
 #include "host/qxbase.h"
 
-namespace program {
+namespace datasets {
 
 namespace {
 
@@ -16,8 +16,6 @@ using qx::call;
 
 constexpr int32_t kRead = 1;
 constexpr int32_t kTrialRecords = 10;
-constexpr int32_t kFontBytes = 80;
-constexpr std::size_t kMostWords = 29;
 
 struct Length {
     std::string_view kind;
@@ -50,40 +48,20 @@ constexpr Length kLengths[] = {
     {"Textset File", 88, "7i7r3i1r4i"},
 };
 
-using Words = std::array<int32_t, kMostWords>;
-
-// The first ten records of a length, turned; false if the file ends inside one of them.
-bool readFirstRecords(const std::string& path, int32_t recordBytes, std::vector<Words>& records) {
-    int32_t file = 0;
-    int32_t status = 0;
-    call(iopen_, file, std::string_view(path), recordBytes, kRead, status);
-    if (status != 0) return false;
-    int32_t count = 0;
-    call(icount_, file, count);
-    int64_t size = 0;
-    call(isize_, file, size);
-    const bool whole = count >= kTrialRecords || size == int64_t{count} * recordBytes;
-    for (int32_t number = 1; number <= std::min(count, kTrialRecords) && status == 0; ++number) {
-        Words& words = records.emplace_back();
-        call(iread_, file, static_cast<void*>(words.data()), recordBytes, number, status);
-        call(swi4bn_, words, recordBytes / 4);
-    }
-    call(iclose_, file);
-    return whole && status == 0;
+// Whether the first ten records of a length all pass; not if the file ends inside one of them.
+bool firstRecords(const std::string& path, int32_t recordBytes, auto passes) {
+    WordRecords records(path, recordBytes);
+    const int32_t count = std::min(records.count(), kTrialRecords);
+    bool passed = records && (count == kTrialRecords ||
+                              records.fileBytes() == int64_t{records.count()} * recordBytes);
+    int32_t read = 0;
+    for (; passed && read < count && records.next(); ++read) passed = passes(records.current());
+    return passed && read == count;
 }
 
-bool dividesFile(const std::string& path, int32_t recordBytes) {
-    int32_t file = 0;
-    int32_t status = 0;
-    call(iopen_, file, std::string_view(path), recordBytes, kRead, status);
-    if (status != 0) return false;
-    int64_t size = 0;
-    call(isize_, file, size);
-    call(iclose_, file);
-    return size % recordBytes == 0;
+bool beginsWithSymbol(const WordRecord& record) {
+    return record.words[0] >= 1 && record.words[0] <= kHighestSymbol;
 }
-
-bool isSymbolNumber(int32_t number) { return number >= 1 && number <= kHighestSymbol; }
 
 std::string lowerCase(std::string text) {
     std::transform(text.begin(), text.end(), text.begin(), [](char letter) {
@@ -96,11 +74,7 @@ std::string lowerCase(std::string text) {
 
 int32_t findRecordBytes(const std::string& path, std::string_view kind) {
     for (const Length& length : kLengths) {
-        if (length.kind != kind) continue;
-        std::vector<Words> records;
-        if (readFirstRecords(path, length.recordBytes, records) &&
-            std::all_of(records.begin(), records.end(),
-                        [](const Words& words) { return isSymbolNumber(words[0]); })) {
+        if (length.kind == kind && firstRecords(path, length.recordBytes, beginsWithSymbol)) {
             return length.recordBytes;
         }
     }
@@ -110,17 +84,17 @@ int32_t findRecordBytes(const std::string& path, std::string_view kind) {
 int32_t findRecordBytesOfNamed(const std::string& path, std::string_view kind) {
     if (const int32_t found = findRecordBytes(path, kind); found != 0) return found;
     int32_t best = 0;
-    std::ptrdiff_t most = -1;
+    int32_t most = -1;
     for (const Length& length : kLengths) {
-        std::vector<Words> records;
-        if (length.kind != kind || !dividesFile(path, length.recordBytes) ||
-            !readFirstRecords(path, length.recordBytes, records)) {
-            continue;
-        }
-        const std::ptrdiff_t numbers =
-            std::count_if(records.begin(), records.end(),
-                          [](const Words& words) { return isSymbolNumber(words[0]); });
-        if (numbers > most) {
+        if (length.kind != kind) continue;
+        const WordRecords records(path, length.recordBytes);
+        int32_t numbers = 0;
+        const auto counts = [&](const WordRecord& record) {
+            numbers += beginsWithSymbol(record) ? 1 : 0;
+            return true;
+        };
+        if (records && records.fileBytes() % length.recordBytes == 0 &&
+            firstRecords(path, length.recordBytes, counts) && numbers > most) {
             most = numbers;
             best = length.recordBytes;
         }
@@ -128,21 +102,49 @@ int32_t findRecordBytesOfNamed(const std::string& path, std::string_view kind) {
     return best;
 }
 
-std::vector<StraySymbol> straySymbols(const std::string& path, int32_t recordBytes) {
-    std::vector<StraySymbol> strays;
-    int32_t file = 0;
+PlainCursor::PlainCursor(std::string_view path, int32_t recordBytes)
+    : handle_(Handle<iclose_>::opened(iopen_, path, recordBytes, kRead)),
+      words_(static_cast<std::size_t>(recordBytes) / 4) {}
+
+int32_t PlainCursor::count() const {
+    int32_t count = 0;
+    call(icount_, handle_.number(), count);
+    return count;
+}
+
+int64_t PlainCursor::fileBytes() const {
+    int64_t bytes = 0;
+    call(isize_, handle_.number(), bytes);
+    return bytes;
+}
+
+bool PlainCursor::next() {
+    const auto count = static_cast<int32_t>(words_.size());
     int32_t status = 0;
-    call(iopen_, file, std::string_view(path), recordBytes, kRead, status);
-    if (status != 0) return strays;
-    Words words{};
-    for (int32_t record = 1;; ++record) {
-        call(iread_, file, static_cast<void*>(words.data()), recordBytes, record, status);
-        if (status != 0) break;
-        call(swi4bn_, words[0], 1);
-        if (!isSymbolNumber(words[0])) strays.push_back({record, words[0]});
+    record_ = {record_.number + 1, words_};
+    call(iread_, handle_.number(), static_cast<void*>(words_.data()), count * 4, record_.number,
+         status);
+    call(swi4bn_, words_, count);
+    return status == 0;
+}
+
+std::string WordRecord::name(std::size_t index) const {
+    std::array<int32_t, kNameWords> turned;
+    std::copy_n(words.begin() + static_cast<std::ptrdiff_t>(index), kNameWords, turned.begin());
+    call(swi4nb_, turned, static_cast<int32_t>(kNameWords));
+    return {reinterpret_cast<const char*>(turned.data()), sizeof turned};
+}
+
+std::vector<StraySymbol> straySymbols(const std::string& path, const SetLayout& layout) {
+    std::vector<StraySymbol> strays;
+    for (const WordRecord& record : symbols(path, layout)) {
+        if (!beginsWithSymbol(record)) strays.push_back({record.number, record.words[0]});
     }
-    call(iclose_, file);
     return strays;
+}
+
+SetLayout layoutOfSet(const std::string& path, std::string_view kind) {
+    return layoutOf(kind, findRecordBytesOfNamed(path, kind));
 }
 
 SetLayout layoutOf(std::string_view kind, int32_t recordBytes) {
@@ -180,14 +182,13 @@ std::string fontFile(const std::string& path) {
 }
 
 bool looksLikeFont(const std::string& path) {
-    std::vector<Words> records;
-    if (!readFirstRecords(path, kFontBytes, records) || records.empty()) return false;
-    return std::all_of(records.begin(), records.end(), [](const Words& words) {
-        return std::all_of(words.begin(), words.begin() + kFontBytes / 4, [](int32_t word) {
-            const float magnitude = std::fabs(std::bit_cast<float>(word));
-            return magnitude == 0 || (magnitude > 1e-6F && magnitude < 1e7F);
-        });
-    });
+    return fontRecords(path).count() != 0 &&
+           firstRecords(path, kFontReals * 4, [](const WordRecord& record) {
+               return std::all_of(record.words.begin(), record.words.end(), [](int32_t word) {
+                   const float magnitude = std::fabs(std::bit_cast<float>(word));
+                   return magnitude == 0 || (magnitude > 1e-6F && magnitude < 1e7F);
+               });
+           });
 }
 
-}  // namespace program
+}  // namespace datasets

@@ -1,96 +1,60 @@
-#include "app/intake/dataset.h"
+#include "datasets/workspace.h"
 
 #include <algorithm>
-#include <stdexcept>
 
-#include "app/intake/dump/tables.h"
-#include "app/intake/plots.h"
-#include "app/intake/symbol_sets.h"
+#include "datasets/coverage.h"
+#include "datasets/plots.h"
+#include "datasets/rasters.h"
+#include "datasets/side_texts.h"
+#include "datasets/stacks.h"
+#include "datasets/surfaces.h"
+#include "datasets/symbol_sets.h"
+#include "datasets/tables.h"
 #include "host/cpp/call.h"
 #include "host/qxbase.h"
-#include "host/qxfeat.h"
-#include "host/qxgridio.h"
 
-namespace program {
+namespace datasets {
+
+using qx::call;
 
 namespace {
 
-bool isCoverage(const std::string& path) {
-    int32_t type = 0;
-    qx::call(ctype_, std::string_view(path), type);
-    return type != 0;
-}
-
-bool isTin(const std::string& path) {
-    int32_t surface = 0;
-    int32_t status = 0;
-    qx::call(tinopn_, surface, std::string_view(path), status);
-    if (status != 0) return false;
-    qx::call(tincls_, surface);
-    return true;
-}
-
-template <int32_t kind>
+bool isCoverage(const std::string& path) { return precisionOf(path) != Precision::none; }
+bool isSurface(const std::string& path) { return bool(Surface(path)); }
+template <QxRasterKind kind>
 bool isRaster(const std::string& path) {
-    int32_t raster = 0;
-    int32_t status = 0;
-    qx::call(rasopn_, raster, std::string_view(path), kind, status);
-    if (status == 0) qx::call(rascls_, raster);
-    return status == 0;
-}
-
-bool isStack(const std::string& path) {
-    int32_t count = 0;
-    int32_t status = 0;
-    qx::call(saknly_, std::string_view(path), count, status);
-    return status == 0;
+    return bool(Raster(path, kind));
 }
 
 // A table has no file of its own name.
 bool isTable(const std::string& path) {
     int32_t status = 0;
-    qx::call(aexist_, std::string_view(path), status);
-    if (status == 0) return false;
-    const TablePlace place = placeOfTable(path);
-    int32_t table = 0;
-    int32_t records = 0;
-    int32_t bytes = 0;
-    qx::call(infopn_, place.name, place.directory, "", 1, table, records, bytes, status);
-    if (status != 0) return false;
-    qx::call(infcls_, table);
-    return true;
+    call(aexist_, std::string_view(path), status);
+    return status != 0 && table(path);
 }
 
-bool isPlainFile(const std::string& path) {
-    int32_t channel = 0;
-    int32_t status = 0;
-    qx::call(aopen_, channel, std::string_view(path), status);
-    if (status != 0) return false;
-    qx::call(aclose_, channel);
-    return true;
-}
+bool isPlainFile(const std::string& path) { return bool(linesOf(path)); }
 
 // Whether the front of a file is lines of text, in whatever encoding, or nothing at all.
 bool looksLikeText(const std::string& path) {
     constexpr int32_t kLines = 100;
-    int32_t channel = 0;
-    int32_t status = 0;
-    qx::call(aopen_, channel, std::string_view(path), status);
-    if (status != 0) return false;
-    bool text = true;
-    for (int32_t number = 0; text && number < kLines; ++number) {
+    const auto channel = Handle<aclose_>::opened(aopen_, std::string_view(path));
+    for (int32_t number = 0; channel && number < kLines; ++number) {
+        // The front of a line is enough.
         qx::FixedText<300> line;
         int32_t count = 0;
-        qx::call(aread_, channel, line, count, status);
+        int32_t status = 0;
+        call(aread_, channel.number(), line, count, status);
         if (status != 0) break;
         const std::string_view characters = line.view();
-        text = std::none_of(characters.begin(), characters.end(), [](char character) {
-            const auto code = static_cast<unsigned char>(character);
-            return code < 32 && character != '\t' && character != '\r' && character != '\f';
-        });
+        if (std::any_of(characters.begin(), characters.end(), [](char character) {
+                const auto code = static_cast<unsigned char>(character);
+                return code < 32 && character != '\t' && character != '\r' && character != '\f';
+            })) {
+            return false;
+        }
     }
-    qx::call(aclose_, channel);
-    return text;
+    return bool(channel);
 }
 
 struct Recognizer {
@@ -101,7 +65,7 @@ struct Recognizer {
 // One line a kind. Kinds that say what they are come first; the first of those that fits decides.
 constexpr Recognizer kCertain[] = {
     {"Coverage", isCoverage},
-    {"TIN", isTin},
+    {"TIN", isSurface},
     {"Lattice", isRaster<QX_LATTICE>},
     {"Grid", isRaster<QX_GRID>},
     {"Stack", isStack},
@@ -146,9 +110,15 @@ constexpr Guess kGuesses[] = {
     {"Text File", looksLikeText, isPlainFile},
 };
 
+std::string joined(const std::string& folder, std::string_view name) {
+    qx::Name path;
+    call(ejoin_, std::string_view(folder), name, path);
+    return std::string(path.view());
+}
+
 std::string lastName(const std::string& path) {
     qx::Name name;
-    qx::call(ename_, std::string_view(path), name);
+    call(ename_, std::string_view(path), name);
     return std::string(name.view());
 }
 
@@ -185,4 +155,37 @@ Dataset findDataset(const std::string& path, const std::string& kind) {
     return {path, lastName(path), kinds.front()};
 }
 
-}  // namespace program
+std::optional<std::vector<std::string>> namesIn(const std::string& folder) {
+    const auto directory = Handle<dclose_>::opened(dopen_, std::string_view(folder));
+    if (!directory) return std::nullopt;
+    std::vector<std::string> names;
+    for (int32_t status = 0;;) {
+        qx::Name name;
+        call(dread_, directory.number(), name, status);
+        if (status != 0) return names;
+        names.emplace_back(name.view());
+    }
+}
+
+std::vector<Stored> datasetsIn(const std::string& workspace) {
+    std::vector<Stored> found;
+    for (std::string& name : namesIn(workspace).value_or(std::vector<std::string>())) {
+        std::string path = joined(workspace, name);
+        std::vector<std::string> kinds =
+            name == "info" ? std::vector<std::string>() : kindsOf(path);
+        if (!kinds.empty()) found.push_back({std::move(path), std::move(name), std::move(kinds)});
+    }
+    return found;
+}
+
+std::vector<StoredTable> tablesInWorkspace(const std::string& workspace) {
+    std::vector<StoredTable> tables;
+    for (const TablePlace& place : tablesIn(tablePlace(joined(workspace, "*")).directory)) {
+        const std::size_t point = place.name.rfind('.');
+        tables.push_back(
+            {place, point == std::string::npos ? std::string() : place.name.substr(0, point)});
+    }
+    return tables;
+}
+
+}  // namespace datasets
