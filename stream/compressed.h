@@ -32,7 +32,8 @@ void CMPLIN(std::span<const char> line, int32_t level, CompressedLine& work, int
 // The writing side. The state says how: EXPCMP 0 for the plain form, 1 or 2 for the level of the
 // compressed one; EXPVER for the version in the header; IMPNAM the first volume; VOLMAX the lines
 // in a volume. EXPLIN writes one logical line, EXPFLS what is still in the buffer, EXPCOM one
-// physical line, beginning the file or a new volume where it is due. All failures are fatal.
+// physical line, beginning the file or a new volume where it is due. All failures are fatal. With
+// onlyCounts nothing is written, and linesCounted has how many physical lines there would be.
 void EXPLIN(std::span<const char> line);
 void EXPFLS();
 void EXPCOM(std::span<const char> line);

@@ -167,8 +167,30 @@ inline Place singleReal(Place place, int header) {
     return {next, place.last, place.out + 13};
 }
 
-// A number, from its header on.
-inline Place number(Place place) {
+// The end of a number of fewer than three digits, which only a damaged file holds: padding digit,
+// point and exponent then meet what came out before the number, of which only the start of the line
+// is a bound. The digits end where the place is.
+[[gnu::noinline]] Place shortNumber(Place place, char* line, char* start, int header) {
+    if (header >= 45) {
+        header -= 45;
+        if (place.out != line) --place.out;
+    }
+    const auto insert = [&place](char* where, std::string_view text) {
+        const auto behind = static_cast<std::size_t>(place.out - where);
+        std::memmove(where + text.size(), where, behind);
+        std::memcpy(where, text.data(), text.size());
+        place.out += text.size();
+    };
+    if (header % 15 != 0) insert(std::min(start + header % 15, place.out), ".");
+    if (header >= 15) {
+        insert(place.out - std::min<std::ptrdiff_t>(2, place.out - line),
+               header < 30 ? "E+" : "E-");
+    }
+    return behindNumber(place);
+}
+
+// A number, from its header on, in a line that begins where it is said.
+inline Place number(Place place, char* line) {
     char* const start = place.out;
     int header = place.code() - 33;
     ++place.next;
@@ -179,18 +201,24 @@ inline Place number(Place place) {
     if (pointBehind != 0) ++place.out;
     char* const first = place.out;
     place = pairs(place);
+    std::ptrdiff_t digits = place.out - first;
+    if (digits < 3) {
+        std::memmove(start, first, static_cast<std::size_t>(digits));
+        place.out = start + digits;
+        return shortNumber(place, line, start, header);
+    }
     // The padding digit goes first, then the point, then the exponent.
     if (header >= 45) {
         header -= 45;
-        if (place.out != first) --place.out;
+        --place.out;
+        --digits;
     }
-    const std::ptrdiff_t digits = place.out - first;
     if (pointBehind != 0) {
         const std::ptrdiff_t before = std::min<std::ptrdiff_t>(pointBehind, digits);
         for (std::ptrdiff_t index = 0; index < before; ++index) start[index] = first[index];
         start[before] = '.';
     }
-    if (header >= 15 && digits >= 2) {
+    if (header >= 15) {
         place.out[0] = place.out[-2];
         place.out[1] = place.out[-1];
         place.out[-2] = 'E';
@@ -202,11 +230,15 @@ inline Place number(Place place) {
 
 constexpr std::size_t kUsualLength = 80;
 
-// Blanks stop at the limit. Anything else gives at most 2 characters for one of the text, and a
-// token 3 more for its 2 of escape and header. Eight pairs may be written where one was.
-constexpr std::size_t kRoom = kLongestDecoded + 4 * kCompressedLength + 16;
+// Damaged numbers take a character back for two of the text at most, so that blanks beyond this
+// many behind the limit are never seen.
+constexpr std::size_t kBlanksBehind = kCompressedLength / 2 + 2;
 
-// Returns the end of what was decoded, which may lie behind the limit.
+// Anything but blanks gives at most 2 characters for one of the text, and a token 3 more for its 2
+// of escape and header. Eight pairs may be written where one was.
+constexpr std::size_t kRoom = kLongestDecoded + kBlanksBehind + 4 * kCompressedLength + 16;
+
+// Returns the end of what was decoded. Blanks end at the limit.
 const char* decode(std::string_view text, char* decoded, const char* limit) {
     Place place{text.data(), text.data() + text.size(), decoded};
     while (place.more()) {
@@ -217,7 +249,8 @@ const char* decode(std::string_view text, char* decoded, const char* limit) {
         ++place.next;
         // A lone "~" at the end is dropped.
         if (!place.more()) break;
-        place = place.code() >= 33 && place.code() <= 123 ? number(place) : escaped(place, limit);
+        place = place.code() >= 33 && place.code() <= 123 ? number(place, decoded)
+                                                          : escaped(place, limit);
     }
     return place.out;
 }
@@ -228,7 +261,7 @@ void DCMLIN(std::string_view work, std::span<char> line, int32_t& count) {
     const std::string_view text = qx::trimText(work.substr(0, kCompressedLength));
     const std::size_t limit = std::min(line.size(), kLongestDecoded);
     std::array<char, kRoom> decoded;
-    const char* const end = decode(text, decoded.data(), decoded.data() + limit);
+    const char* const end = decode(text, decoded.data(), decoded.data() + limit + kBlanksBehind);
     const std::size_t length = std::min(limit, static_cast<std::size_t>(end - decoded.data()));
     if (line.size() == kUsualLength) {
         // Copies and fills of a length that is known are a few moves.

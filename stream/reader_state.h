@@ -25,6 +25,8 @@ struct ReaderState {
     int64_t lineNumber = 0;    // physical lines read of the current volume
     int64_t logicalLines = 0;  // lines given out by IMPLIN
     int32_t volumesMade = 0;   // writer: volumes that have been created
+    bool onlyCounts = false;   // writer: physical lines are counted and not written
+    int64_t linesCounted = 0;  // writer: how many
 };
 
 extern ReaderState reader;

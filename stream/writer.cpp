@@ -59,6 +59,10 @@ std::size_t trimmedLength(const Line& line) { return line.view().size(); }
 }  // namespace
 
 void EXPCOM(std::span<const char> line) {
+    if (reader.onlyCounts) {
+        ++reader.linesCounted;
+        return;
+    }
     if (reader.VOLCNT == 1) {
         beginVolume();
     } else if (reader.VOLCNT >= reader.VOLMAX && reader.VOLMAX > 0) {
@@ -77,7 +81,7 @@ void EXPFLS() {
 
 void finishExport() {
     EXPFLS();
-    closeVolume();
+    if (!reader.onlyCounts) closeVolume();
 }
 
 void EXPLIN(std::span<const char> line) {

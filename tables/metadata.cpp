@@ -1,8 +1,8 @@
 #include "host/qxbase/channels.h"
 #include "host/qxbase/names.h"
 #include "stream/reader.h"
+#include "stream/report.h"
 #include "tables/sections.h"
-#include "tables/state.h"
 #include "tables/target.h"
 #include "tables/text_copy.h"
 
@@ -20,7 +20,7 @@ void IMPMTD(const Name& dataset, Status& status) {
 
 void IMPIMD(const Name& dataset, const int32_t& INFKND, Status& status) {
     status = kSuccess;
-    const Target target = findTarget(dataset, INFKND, tablesState.renamingMetadata, "(IMPIMD)");
+    const Target target = findTarget(dataset, INFKND, "(IMPIMD)");
     Line line;
     do {
         IMPLIN(line);
@@ -31,7 +31,12 @@ void IMPIMD(const Name& dataset, const int32_t& INFKND, Status& status) {
         int32_t bytes = 0;
         Status opened = kSuccess;
         call(infopn_, name, target.directory, target.prefix, 1, table, records, bytes, opened);
-        if (opened != kSuccess) return;
+        if (opened != kSuccess) {
+            nonftl("Table %1% cannot be opened; its metadata is left out.", name);
+            passText();
+            IMPLIN(line);
+            continue;
+        }
         Name file;
         call(infxml_nam_, table, file);
         Status exists = kSuccess;

@@ -4,7 +4,6 @@
 #include "stream/reader.h"
 #include "stream/report.h"
 #include "tables/sections.h"
-#include "tables/state.h"
 #include "tables/table.h"
 
 namespace intake {
@@ -38,7 +37,7 @@ void makeExternal(const Table& table, const Name& dataset) {
 
 void IM1INF(const Name& dataset, const int32_t&, const int32_t& INFKND, Status& status) {
     status = kSuccess;
-    const Target target = findTarget(dataset, INFKND, tablesState.renamingOlder, kRoutine);
+    const Target target = findTarget(dataset, INFKND, kRoutine);
     Line line;
     for (;;) {
         IMPLIN(line);
@@ -47,11 +46,7 @@ void IM1INF(const Name& dataset, const int32_t&, const int32_t& INFKND, Status& 
         table.routine = kRoutine;
         table.header = readTableHeader(line);
         table.TBLNAM = target.tableName(table.header.name.view());
-        call(infdef_, table.TBLNAM, target.directory, target.prefix, 0, table.handle, status);
-        if (status != kSuccess) {
-            nonftl("%1% already exists", table.TBLNAM);
-            return;
-        }
+        if (!defineTable(table, target, status)) return;
         readItems(table, dataset, target, 0);
         table.checkItemCount();
         if (table.header.isExternal() && INFKND != kTableAlone) makeExternal(table, dataset);

@@ -7,13 +7,9 @@
 namespace intake {
 
 struct TablesState {
-    // Tables are named after the target. Set once, and not taken back while an import runs.
-    bool renaming = false;          // IMPINF
-    bool renamingOlder = false;     // IM1INF
-    bool renamingMetadata = false;  // IMPIMD
-    Handle textChannel = 0;         // the file of TXTOPN, TXTPUT and TXTCLS
-    int64_t bytesWithoutText = 0;   // stored for records and indexes beyond what text justifies
-    int64_t bytesReadAgain = 0;     // of records for indexes, beyond the same
+    Handle textChannel = 0;        // the file of TXTOPN, TXTPUT and TXTCLS
+    int64_t bytesWithoutText = 0;  // stored for records and indexes beyond what text justifies
+    int64_t bytesReadAgain = 0;    // of records for indexes, beyond the same
 };
 
 extern TablesState tablesState;

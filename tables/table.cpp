@@ -136,6 +136,17 @@ void Table::checkRecordCount(int64_t lines) {
     }
 }
 
+bool defineTable(Table& table, const Target& target, Status& status) {
+    call(infdef_, table.TBLNAM, target.directory, target.prefix, 0, table.handle, status);
+    if (status == kSuccess) return true;
+    if (status == QX_TABLE_TAKEN) {
+        nonftl("%1% already exists", table.TBLNAM);
+    } else {
+        nonftl("Unable to create table %1%.", table.TBLNAM);
+    }
+    return false;
+}
+
 void readItems(Table& table, const Name& dataset, const Target& target, int32_t gridMode) {
     const ItemNames newName(table, dataset, target);
     int32_t statisticsStart = 1;

@@ -59,6 +59,10 @@ inline constexpr StatisticsShape statisticsShape(int32_t mode) {
     return mode == 1 ? StatisticsShape{4, 10} : StatisticsShape{8, 15};
 }
 
+// Defines the table under its name. False where that cannot be, which is told; the reason is one of
+// the machine unless the name is taken, and ends the import without success.
+bool defineTable(Table& table, const Target& target, Status& status);
+
 // Reads the item lines and adds their items to the table. gridMode is the statistics mode of a
 // table of statistics, 0 where the target is no grid.
 void readItems(Table& table, const Name& dataset, const Target& target, int32_t gridMode);

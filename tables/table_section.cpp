@@ -5,7 +5,6 @@
 #include "stream/reader.h"
 #include "stream/report.h"
 #include "tables/sections.h"
-#include "tables/state.h"
 #include "tables/table.h"
 
 namespace intake {
@@ -67,6 +66,7 @@ void convertStatistics(const Name& dataset) {
     if (flagged != 0) call(staconv_, dataset, 0, status);
 }
 
+// Where it cannot be made no table can be defined, which tells why.
 void makeInfoDirectory(const Target& target) {
     Name workspace;
     Name dummy;
@@ -86,7 +86,7 @@ void IMPINF(const Name& dataset, const int32_t& HDRPRC, const int32_t& SECPRC,
             const int32_t& INFKND, Status& status) {
     status = kSuccess;
     if (INFKND == kTablesOfTin) return;
-    const Target target = findTarget(dataset, INFKND, tablesState.renaming, kRoutine);
+    const Target target = findTarget(dataset, INFKND, kRoutine);
     const int32_t gridMode = INFKND == kTablesOfCoverage ? findGridMode(dataset) : 0;
     if (INFKND == kTableAlone) makeInfoDirectory(target);
     Line line;
@@ -100,11 +100,7 @@ void IMPINF(const Name& dataset, const int32_t& HDRPRC, const int32_t& SECPRC,
         if (INFKND == kTablesOfCoverage) {
             call(infers_, table.TBLNAM, target.directory, target.prefix, 0, status);
         }
-        call(infdef_, table.TBLNAM, target.directory, target.prefix, 0, table.handle, status);
-        if (status != kSuccess) {
-            nonftl("%1% already exists", table.TBLNAM);
-            return;
-        }
+        if (!defineTable(table, target, status)) return;
         readItems(table, dataset, target, gridMode);
         table.checkItemCount();
         if (table.header.isExternal() && INFKND == kTablesOfCoverage) {

@@ -29,15 +29,15 @@ struct Target {
     TableName name;    // of the coverage, or the base name of the table
     TableName suffix;  // of a table that stands alone
     int32_t kind = 0;
-    bool renaming = false;
 
-    // The name under which a table of the file is kept.
+    // The name under which a table of the file is kept: the target's, with the suffix that the
+    // table has in the file, or the suffix of the target where that is a table itself.
     TableName tableName(std::string_view nameInFile) const;
 };
 
-// Works out the target of a section, and sets the routine's renaming flag where tables take its
-// name. A kind that has no tables ends the import with "Bad TYPE code" and the routine's name.
-Target findTarget(const Name& dataset, int32_t kind, bool& renaming, std::string_view routine);
+// Works out the target of a section. A kind that has no tables ends the import with "Bad TYPE code"
+// and the routine's name.
+Target findTarget(const Name& dataset, int32_t kind, std::string_view routine);
 
 }  // namespace intake
 

@@ -14,6 +14,12 @@ namespace {
 // The columns of a line behind the mark in its first.
 constexpr std::size_t kPieceLength = Line::kLength - 1;
 
+// The next line of a body; false at its end.
+bool readPiece(Line& line) {
+    IMPLIN(line);
+    return line.view() != "EOD";
+}
+
 void TXTOPN(const Name& file, Status& status) {
     call(acreat_, tablesState.textChannel, file, status);
 }
@@ -51,12 +57,13 @@ void IMPTXF(const Name& file, Status& status) {
         return;
     }
     Line line;
-    for (;;) {
-        IMPLIN(line);
-        if (line.view() == "EOD") break;
-        TXTPUT(line.columns(2, Line::kLength), line[0] == '1');
-    }
+    while (readPiece(line)) TXTPUT(line.columns(2, Line::kLength), line[0] == '1');
     TXTCLS();
+}
+
+void passText() {
+    Line line;
+    while (readPiece(line)) {}
 }
 
 }  // namespace intake

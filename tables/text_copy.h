@@ -10,6 +10,9 @@ namespace intake {
 // nothing is read. status: kSuccess, kReported, or what the creation gave.
 void IMPTXF(const Name& file, Status& status);
 
+// Reads the lines of a body, up to "EOD", for nothing.
+void passText();
+
 }  // namespace intake
 
 #endif

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <new>
 
+#include "app/intake/explanations.h"
 #include "host/qxbase.h"
 #include "host/qxfeat.h"
 #include "host/qxgridio.h"
@@ -36,6 +37,8 @@ void printMessage(Console& console, int32_t level, std::string_view text) {
                        << '\n';
         start = end + 1;
     }
+    const std::string meaning = explanationOf(text);
+    if (!meaning.empty()) complain(console, meaning);
     console.errors.flush();
 }
 
@@ -44,6 +47,7 @@ Listening::Listening(Console& console) : console_(console) {
         [](int32_t level, const char* text, void* user) {
             auto* listening = static_cast<Listening*>(user);
             if (level >= QX_NONFATAL) listening->failed_ = true;
+            if (level < QX_NONFATAL && listening->errorsOnly_) return;
             printMessage(listening->console_, level, text);
         },
         this);

@@ -12,7 +12,8 @@ namespace program {
 // The name of a level in JSON: inform, warn, nonftl, error or fatal.
 const char* levelName(int32_t level);
 
-// Prints a message to the errors, one line per line of text, each led by its level.
+// Prints a message to the errors, one line per line of text, each led by its level, and behind it
+// what it means where the message leaves that open.
 void printMessage(Console& console, int32_t level, std::string_view text);
 
 // Every message of the companions goes to the console while this lives. Their services are at their
@@ -26,9 +27,12 @@ class Listening {
     // Closes the services, which may have a last thing to tell. Whether none of what was told so
     // far is a failure.
     bool endWell();
+    // Whether warnings and what only informs are kept back from here on.
+    void tellErrorsOnly(bool only) { errorsOnly_ = only; }
 
   private:
     Console& console_;
+    bool errorsOnly_ = false;
     bool failed_ = false;
 };
 

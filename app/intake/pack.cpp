@@ -1,5 +1,6 @@
 #include "app/intake/pack.h"
 
+#include <algorithm>
 #include <cctype>
 #include <filesystem>
 #include <fstream>
@@ -111,11 +112,13 @@ class Input {
 
 class Output {
   public:
-    explicit Output(const PackOptions& options) : level_(options.level) {
+    // One that only counts writes nothing.
+    Output(const PackOptions& options, bool onlyCounts) : level_(options.level) {
         state_.IMPNAM.assign(options.output);
         state_.EXPCMP = options.level;
         state_.EXPVER = options.level > 0 ? 1 : 0;
         state_.VOLMAX = options.linesPerVolume;
+        state_.onlyCounts = onlyCounts;
     }
 
     void write(const std::vector<std::string>& lines) {
@@ -137,12 +140,20 @@ class Output {
         intake::finishExport();
     }
     int32_t volumes() const { return state_.volumesMade; }
+    int64_t linesCounted() const { return state_.linesCounted; }
 
   private:
     int32_t level_;
     int32_t count_ = 0;
     ReaderState state_;
 };
+
+// The least number of lines in a volume with which so many are enough. The first has the header
+// line as one of its lines, and no volume ends before its second line of the file.
+int64_t leastLinesPerVolume(int64_t lines, int64_t volumes) {
+    if (lines <= 2 * volumes) return 2;
+    return std::max<int64_t>((lines + volumes) / volumes, 3);
+}
 
 bool exists(const std::string& path) {
     std::error_code ignored;
@@ -178,6 +189,30 @@ void takeAway(const std::string& output, int32_t volumes) {
     }
 }
 
+void copy(const PackOptions& options, Output& output) {
+    Input input(options.input);
+    for (const auto* lines = &input.read(); !lines->empty(); lines = &input.read()) {
+        output.write(*lines);
+    }
+    output.finish();
+}
+
+// Whether the volumes behind the output's name are enough, found out before the first is made.
+bool volumesSuffice(const PackOptions& options, Listening& listening, Console& console) {
+    if (options.linesPerVolume == 0) return true;
+    Output counted(options, true);
+    listening.tellErrorsOnly(true);
+    copy(options, counted);
+    listening.tellErrorsOnly(false);
+    const int64_t volumes = 100 - std::stoi(options.output.substr(options.output.size() - 2));
+    const int64_t least = leastLinesPerVolume(counted.linesCounted(), volumes);
+    if (options.linesPerVolume >= least) return true;
+    complain(console, options.output + " and the volumes behind it are " + std::to_string(volumes) +
+                          ", which take the file from --lines-per-volume " + std::to_string(least) +
+                          " on");
+    return false;
+}
+
 }  // namespace
 
 int pack(const PackOptions& options, Console& console) {
@@ -185,14 +220,11 @@ int pack(const PackOptions& options, Console& console) {
         complain(console, text);
         return kWrongUsage;
     }
-    const Listening listening(console);
-    Output output(options);
+    Listening listening(console);
+    Output output(options, false);
     try {
-        Input input(options.input);
-        for (const auto* lines = &input.read(); !lines->empty(); lines = &input.read()) {
-            output.write(*lines);
-        }
-        output.finish();
+        if (!volumesSuffice(options, listening, console)) return kWrongUsage;
+        copy(options, output);
         return kDone;
     } catch (const std::exception& error) {
         complain(console, error.what());

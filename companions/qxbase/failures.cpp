@@ -33,6 +33,7 @@ Failure write;
 Failure read;
 
 std::string reasonOf(const Failure& failure) {
+    if (failure.error == 0) return "it is damaged";
     return std::generic_category().message(failure.error);
 }
 

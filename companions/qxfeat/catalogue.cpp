@@ -28,10 +28,6 @@ struct Kept {
 
 Kept kept;
 
-std::string cataloguePath(const std::string& directory) {
-    return store::joinPath(directory, "catalog");
-}
-
 // The table's number, negative for one that was erased. Without a name the number is taken and
 // nothing more.
 bool takeEntry(int32_t number, const std::string& name) {
@@ -176,7 +172,10 @@ int32_t takeNumber() {
         wrfailC(cataloguePath(kept.directory).c_str(), ENOSPC);
         return 0;
     }
-    if (!kept.file.known() && !replaceCatalogue()) return 0;
+    if (!kept.file.known() && !replaceCatalogue()) {
+        wrfailC(cataloguePath(kept.directory).c_str(), errno);
+        return 0;
+    }
     return addEntry(number, {}) ? number : 0;
 }
 
@@ -196,6 +195,10 @@ bool removeTable(const std::string& name) {
     // A log that cannot be written anew is as good as it was.
     if (kept.erased > kept.catalogue.numbers.size() + kErasedKept) replaceCatalogue();
     return true;
+}
+
+std::string cataloguePath(const std::string& directory) {
+    return store::joinPath(directory, "catalog");
 }
 
 std::string tableFile(const std::string& directory, int32_t number, std::string_view suffix) {

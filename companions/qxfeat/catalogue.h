@@ -74,6 +74,9 @@ bool removeTable(const std::string& name);
 // be.
 bool enterTable(const std::string& directory, int32_t number, const std::string& name);
 
+// The path of the catalogue itself.
+std::string cataloguePath(const std::string& directory);
+
 // The path of a table's file: "def", "dat", "xml", or "index" and the item's number.
 std::string tableFile(const std::string& directory, int32_t number, std::string_view suffix);
 

@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 
 #include "companions/qxfeat/catalogue.h"
 #include "companions/qxfeat/item_values.h"
@@ -11,6 +12,7 @@
 #include "companions/store/member_names.h"
 #include "host/cpp/call.h"
 #include "host/cpp/fixed_text.h"
+#include "host/qxbase/failures.h"
 #include "host/qxbase/messages.h"
 
 namespace {
@@ -20,10 +22,6 @@ using qx::textArgument;
 
 constexpr int32_t kSuccess = 0;
 constexpr int32_t kFailed = -1;
-
-bool haveDirectory(const std::string& path) {
-    return store::isDirectory(path) || store::makeDirectory(path) || store::isDirectory(path);
-}
 
 // Those of another table, that a damaged catalogue calls by this number, stay.
 void removeFiles(const std::string& directory, int32_t number, std::string_view name) {
@@ -87,19 +85,29 @@ void infdef_(const char* name, const char* directory, const char*, const int32_t
     const std::string place(textArgument(directory, directoryLength));
     const std::string wanted(textArgument(name, nameLength));
     *status = kFailed;
-    if (wanted.empty() || wanted.size() > QX_TABLE_NAME_LENGTH || place.empty() ||
-        !haveDirectory(place)) {
+    if (wanted.empty() || wanted.size() > QX_TABLE_NAME_LENGTH) {
+        wrfailC(place.c_str(), wanted.empty() ? EINVAL : ENAMETOOLONG);
         return;
     }
+    if (!store::haveDirectory(place)) return;
     const CatalogueLock lock(place);
     const Catalogue& catalogue = readCatalogue(place);
-    if (!lock.held() || !catalogue.sound || catalogue.find(wanted) != 0) return;
+    if (!lock.held()) return;
+    if (!catalogue.sound) {
+        wrfailC(cataloguePath(place).c_str(), 0);
+        return;
+    }
+    if (catalogue.find(wanted) != 0 ||
+        tables().findIf([&](const Table& open) { return open.defines(place, wanted); })) {
+        *status = QX_TABLE_TAKEN;
+        return;
+    }
     if (!catalogue.hasRoomFor(wanted)) {
         qx::call(meschr_, std::string_view(place), 0);
         qx::call(nonftl_, "%1% holds as many tables as it can", -1);
+        wrfailC(cataloguePath(place).c_str(), ENOSPC);
         return;
     }
-    if (tables().findIf([&](const Table& open) { return open.defines(place, wanted); })) return;
     const int32_t number = takeNumber();
     if (number == 0) return;
     // What a table that was cut off in its definition left under this number is no part of it.

@@ -188,6 +188,15 @@ bool makeDirectory(const std::string& path) {
     return false;
 }
 
+bool haveDirectory(const std::string& path) {
+    if (isDirectory(path) || ::mkdir(path.c_str(), 0777) == 0) return true;
+    const int failure = errno;
+    // Another process may have been faster.
+    if (isDirectory(path)) return true;
+    wrfailC(path.c_str(), failure);
+    return false;
+}
+
 bool removeFile(const std::string& path) {
     if (::unlink(path.c_str()) == 0) return true;
     if (ofMachine(errno)) wrfailC(path.c_str(), errno);

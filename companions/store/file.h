@@ -63,6 +63,9 @@ class File {
 
 // Makes a directory; false if it is there already or cannot be made.
 bool makeDirectory(const std::string& path);
+// Makes a directory unless it is there. Whatever hinders that is noted, also a name that cannot be
+// one.
+bool haveDirectory(const std::string& path);
 // False if there is no such file, or it cannot be removed.
 bool removeFile(const std::string& path);
 // Puts a file in the place of another at once. False, and the old file stays, if that failed.

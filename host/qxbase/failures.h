@@ -11,7 +11,8 @@ QX_BEGIN
 /* Bytes of a path that are kept; what is longer is cut at its front. */
 #define QX_FAILURE_PATH 2048
 
-/* Notes that a file or directory could not be made or written: its path (terminated), and errno. */
+/* Notes that a file or directory could not be made or written: its path (terminated), and errno, or
+ * 0 for a file that is damaged and is not written for that. */
 QX_API void wrfailC(const char* path, int32_t error);
 
 /* Notes that a file could not be read: its path, and errno, or 0 for a file that holds less than it
@@ -20,7 +21,8 @@ QX_API void wrfailC(const char* path, int32_t error);
 QX_API void rdfailC(const char* path, int32_t error);
 
 /* Hands out the write that failed first since baseinitC, and forgets it: the path, and the reason
- * as the system words it. status 0; -1 if none failed, and both texts are blank. */
+ * as the system words it, or "it is damaged". status 0; -1 if none failed, and both texts are
+ * blank. */
 QX_API void wrfget_(char* path, char* reason, int32_t* status, int32_t pathLength,
                     int32_t reasonLength);
 

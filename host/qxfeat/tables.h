@@ -47,8 +47,13 @@ QX_API void infers_(const char* name, const char* directory, const char* prefix,
                     int32_t directoryLength, int32_t prefixLength);
 
 /* Defines a new, empty table, open for its items and records; the INFO directory is made if it is
- * missing. The table is listed, and can be opened by its name, once it is closed. status not 0 if
- * the name is taken or blank, or the catalogue cannot be changed. */
+ * missing. The table is listed, and can be opened by its name, once it is closed.
+ * status 0; QX_TABLE_TAKEN if there is a table of that name, or one that is open for its
+ * definition; -1 if the table cannot be made: the name is blank or too long, the directory cannot
+ * be made, or the catalogue is damaged, full or cannot be changed. The reason is then noted as that
+ * of a failed write (failures.h), and a catalogue that is full is told. With a status other than 0
+ * no handle is given. */
+#define QX_TABLE_TAKEN 1
 QX_API void infdef_(const char* name, const char* directory, const char* prefix,
                     const int32_t* zero, int32_t* table, int32_t* status, int32_t nameLength,
                     int32_t directoryLength, int32_t prefixLength);

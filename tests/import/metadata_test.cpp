@@ -1,5 +1,6 @@
 #include <filesystem>
 
+#include "host/qxbase/messages.h"
 #include "tests/support/import_test.h"
 
 namespace intake::testing {
@@ -30,11 +31,19 @@ TEST_F(Texts, MetadataIsJoinedFromItsPieces) {
     EXPECT_EQ(found[2]["lines"], json({"second"}));
 }
 
-TEST_F(Texts, MetadataOfAMissingTableEndsTheImportQuietly) {
-    given(kCoverage + "IMD  2\n S.PAT\n1first\nEOD\nEMD\nEOS\n");
+TEST_F(Texts, MetadataOfATableThatIsNotThereIsToldAndTheOthersGetTheirs) {
+    given(kCoverage + "IFO  2\n" + emptyTable("SRC.AAT") + emptyTable("SRC.PAT") +
+          "EOI\nIMD  2\n SRC.NONE\n1lost\n1EOD\nEOD\nIMD  2\n SRC.AAT\n1kept\nEOD\n" +
+          "IMD  2\n SRC.GONE\nEOD\nEMD\nEOS\n");
     EXPECT_EQ(import(), 1);
-    EXPECT_TRUE(complaints().empty());
-    EXPECT_TRUE(records("metadata").empty());
+    const auto leftOut = [](const std::string& name) {
+        return "Table " + name + " cannot be opened; its metadata is left out.";
+    };
+    EXPECT_EQ(messages()[1], (Message{QX_NONFATAL, leftOut("DS.NONE")}));
+    EXPECT_EQ(complaints(), (std::vector<std::string>{leftOut("DS.NONE"), leftOut("DS.GONE")}));
+    EXPECT_EQ(
+        records("metadata"),
+        (std::vector<json>{{{"class", "metadata"}, {"lines", {"kept"}}, {"table", "DS.AAT"}}}));
 }
 
 TEST_F(Texts, FilesKeepTheirLongLines) {

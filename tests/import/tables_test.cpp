@@ -253,6 +253,39 @@ TEST_F(Tables, TakeTheNameOfTheTarget) {
     EXPECT_EQ(complaints(), std::vector<std::string>{"T.DAT already exists"});
 }
 
+TEST_F(Tables, OnlyANameThatIsTakenIsToldAsOne) {
+    namespace fs = std::filesystem;
+    const std::string text = "EXP  0 X\nIFO  2\n" + table("SRC.DAT", 0, 0, {}) + kEnd;
+    struct Case {
+        const char* workspace;
+        std::string path;    // in the workspace, of what could not be written
+        std::string reason;  // of the system
+    };
+    const Case cases[] = {{"nowhere", "info", "No such file or directory"},
+                          {"file", "info", "File exists"},
+                          {"locked", "info/lock", "Is a directory"},
+                          {"damaged", "info/catalog", "it is damaged"}};
+    for (const char* folder : {"file", "locked/info/lock", "damaged/info"}) {
+        fs::create_directories(path(folder));
+    }
+    for (const Case& each : cases) {
+        const std::string workspace = each.workspace;
+        if (workspace == "file") writeFile(path("file/info"), "");
+        if (workspace == "damaged") writeFile(path("damaged/info/catalog"), "QXTABLES?");
+        given(text);
+        EXPECT_EQ(import(workspace + "/TAB"), 0) << workspace;
+        const auto told = complaints();
+        EXPECT_EQ(told.front(), "Unable to create table TAB.") << workspace;
+        EXPECT_EQ(told.back(),
+                  "Could not write " + path(workspace + '/' + each.path) + ": " + each.reason);
+        // The tables of a coverage are refused in the same way, and its arcs stay.
+        if (workspace == "nowhere" || workspace == "file") continue;
+        given(kCurrent + table("SRC.AAT", 0, 0, {}) + kEnd);
+        EXPECT_EQ(import(workspace + "/DS"), 0) << workspace;
+        EXPECT_EQ(complaints().front(), "Unable to create table DS.AAT.") << workspace;
+    }
+}
+
 TEST_F(Tables, TellWhatCannotBeEncodedAndGoOn) {
     const std::vector<Item> items = {{"SHORT", 2, 1, 5}, {"ODD", 4, 3, 7}, {"NAME", 2, 7, 2}};
     // Nothing of the odd item is read; the text goes on where the item before took it.
@@ -496,7 +529,7 @@ TEST_F(Tables, AreListedInALogThatIsKeptShortAndMended) {
         const bool damaged = entry.size() == 7;
         writeFile(path("info/catalog"), catalog.substr(0, 22) + "\1\xF4" + entry);
         given(kCurrent + one + kEnd);
-        EXPECT_EQ(import(!damaged ? "IN" : entry[1] == 0 ? "CUT" : "DAMAGED"), 1);
+        EXPECT_EQ(import(!damaged ? "IN" : entry[1] == 0 ? "CUT" : "DAMAGED"), damaged ? 0 : 1);
         EXPECT_NE(complaints().empty(), damaged);
         EXPECT_EQ(fileBytes(path("info/table500.def")), definition);
     }

@@ -91,7 +91,10 @@ TEST_F(Packing, AFailureIsToldOnceAndLeavesNothing) {
     const Case cases[] = {
         {"", "fatal: Could not read version number (RDVER)\n"},
         {"EXP  0 X\n", "fatal: The file holds no lines\n"},
-        {"EXP  1 X\nARC  2", "fatal: ERROR, next volume " + path("in.e01") + " does not exist.\n"},
+        {"EXP  1 X\nARC  2", "fatal: ERROR, next volume " + path("in.e01") + " does not exist.\n" +
+                                 "intake: the file ends before its end mark, a line EOS: it was "
+                                 "cut off, or volumes of it "
+                                 "are missing\n"},
         {long301, "fatal: A line of " + path("in.e00") + " is longer than 300 columns: line 3\n"},
         {tildes, "fatal: Line 1 does not fit the compressed form: " + std::string(200, '~') + "\n"},
     };
@@ -105,6 +108,14 @@ TEST_F(Packing, AFailureIsToldOnceAndLeavesNothing) {
     EXPECT_EQ(run({"pack", "@missing.e00", "@out.e00"}).errors,
               "error: Could not open " + path("missing.e00") + "\n");
 
+    // A name that has no next volume is told as its own.
+    given("EXP  0 X\nARC  2\n", "noext");
+    const Outcome cut = run({"import", "@noext", "@DS"});
+    EXPECT_EQ(cut.status, 1);
+    EXPECT_TRUE(cut.errors.ends_with("fatal: ERROR, next volume " + path("noext") +
+                                     " does not exist.\nintake: " + path("noext") +
+                                     " ends before its end mark, a line EOS: it was cut off\n"));
+
     // A volume that is in the way stays; those before it go.
     given("EXP  0 X\n1\n2\n3\n4\n5\nEOS\n");
     writeFile(path("out.e02"), "precious");
@@ -115,6 +126,46 @@ TEST_F(Packing, AFailureIsToldOnceAndLeavesNothing) {
     EXPECT_FALSE(std::filesystem::exists(path("out.e00")));
     EXPECT_FALSE(std::filesystem::exists(path("out.e01")));
     EXPECT_EQ(fileBytes(path("out.e02")), "precious");
+}
+
+TEST_F(Packing, TooManyVolumesAreToldBeforeTheFirst) {
+    const auto count = [&] {
+        int volumes = 0;
+        for (const auto& each : std::filesystem::directory_iterator(path("")))
+            volumes += each.path().stem() == "out" ? 1 : 0;
+        return volumes;
+    };
+    const struct {
+        int lines;  // of the file, behind its header line
+        const char* first;
+        int volumes;
+        int least;
+    } cases[] = {{200, "@out.e00", 100, 2},  {201, "@out.e00", 68, 3}, {300, "@out.e00", 76, 4},
+                 {1234, "@out.e00", 95, 13}, {60, "@out.e90", 9, 7},   {30, "@out.e99", 1, 31}};
+    for (const auto& each : cases) {
+        std::string text = "EXP  0 X\n";
+        for (int line = 1; line < each.lines; ++line) text += std::to_string(line) + '\n';
+        given(text + "EOS\n");
+        const auto unpack = [&](int lines) {
+            return run(
+                {"unpack", "@in.e00", each.first, "--lines-per-volume", std::to_string(lines)});
+        };
+        const Outcome refused = unpack(each.least - 1);
+        EXPECT_EQ(refused.status, 2) << each.lines;
+        if (each.least > 2) {
+            EXPECT_NE(refused.errors.find("from --lines-per-volume " + std::to_string(each.least)),
+                      std::string::npos)
+                << refused.errors;
+        }
+        EXPECT_EQ(count(), 0);
+        const Outcome done = unpack(each.least);
+        EXPECT_EQ(done.status, 0) << done.errors;
+        EXPECT_EQ(count(), each.volumes) << each.lines;
+        ASSERT_EQ(run({"unpack", each.first, "@back.e00"}).status, 0);
+        EXPECT_TRUE(withoutHeader(fileBytes(path("back.e00"))) == withoutHeader(text + "EOS\n"));
+        for (const auto& file : std::filesystem::directory_iterator(path("")))
+            std::filesystem::remove(file);
+    }
 }
 
 }  // namespace

@@ -135,8 +135,8 @@ std::vector<Case> cases() {
         {"a catalogue that is full but for one, and is written anew",
          coverage + "IFO  2\n" + table("T.AB", 0, 0) + table("T.AB", 0, 0) + "EOI\n", 1, "", 0,
          catalogue(32767, 63, 100000)},
-        {"a catalogue of long names", coverage + "IFO  2\n" + table("T.AB", 0, 0) + "EOI\n", 1,
-         "info/catalog is damaged", 0, catalogue(32767, 250, 0)},
+        {"a catalogue of long names", coverage + "IFO  2\n" + table("T.AB", 0, 0) + "EOI\n", 0,
+         "info/catalog: it is damaged", 0, catalogue(32767, 250, 0)},
         {"records that need no text", coverage + "IFO  2\n" + table("T.AB", 0, 1000001), 0,
          "Invalid record count (IMPINF)"},
     };

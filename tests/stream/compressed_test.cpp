@@ -26,53 +26,90 @@ std::string compressed(std::string_view text, int32_t level) {
     return std::string(work.full().substr(0, static_cast<std::size_t>(count)));
 }
 
-// The decoding as it is described, one character after another.
+// The decoding as it is described, step for step on the text as it stands: padding digit, point and
+// exponent of a damaged number meet what is in front of it.
 std::string expandedByTheBook(std::string_view s) {
     std::string out;
     std::size_t i = 0;
-    const auto code = [&] { return static_cast<int>(static_cast<unsigned char>(s[i])); };
+    const auto code = [&] { return i < s.size() ? static_cast<unsigned char>(s[i]) : -1; };
     while (i < s.size()) {
-        if (s[i] != '~') {
+        if (code() != '~') {
             out += s[i++];
-        } else if (++i == s.size() || code() < 33 || code() > 123) {
-            if (i + 1 < s.size() && s[i] == ' ') {
+            continue;
+        }
+        ++i;
+        if (code() < 33 || code() > 123) {
+            if (code() == ' ') {
                 ++i;
                 out.append(static_cast<std::size_t>(std::max(code() - 32, 0)), ' ');
                 ++i;
-            } else if (i < s.size()) {
-                if (s[i] != ' ') out += s[i];
+            } else if (code() == '~') {
+                out += s[i++];
+            } else if (code() >= 0) {
+                out += s[i++];
+            }
+            continue;
+        }
+        const std::size_t start = out.size();
+        int h = code() - 33;
+        ++i;
+        while (i < s.size() && code() != ' ' && code() != '~') {
+            int v = code() - 33;
+            ++i;
+            if (v == 92) {
+                if (i == s.size()) break;
+                v = code() + 59;
                 ++i;
             }
-        } else {
-            const std::size_t start = out.size();
-            int header = code() - 33;
-            for (++i; i < s.size() && s[i] != ' ' && s[i] != '~'; ++i) {
-                int value = code() - 33;
-                if (value == 92 && ++i == s.size()) break;
-                if (value == 92) value = code() + 59;
-                out += static_cast<char>('0' + value / 10);
-                out += static_cast<char>('0' + value % 10);
-            }
-            if (header >= 45 && out.size() > start) out.pop_back();
-            if (header >= 45) header -= 45;
-            const std::size_t digits = out.size() - start;
-            const auto point = std::min(static_cast<std::size_t>(header % 15), digits);
-            if (header % 15 != 0) out.insert(start + point, ".");
-            if (header >= 15 && digits >= 2) out.insert(out.size() - 2, header < 30 ? "E+" : "E-");
-            if (i + 1 < s.size() && s[i] == '~' && s[i + 1] != ' ') ++i;
+            out += static_cast<char>('0' + v / 10);
+            out += static_cast<char>('0' + v % 10);
         }
+        if (h >= 45) {
+            h -= 45;
+            if (!out.empty()) out.pop_back();
+        }
+        const auto r = static_cast<std::size_t>(h % 15);
+        if (r != 0) out.insert(std::min(start + r, out.size()), ".");
+        if (h >= 15) {
+            out.insert(out.size() - std::min<std::size_t>(2, out.size()), h < 30 ? "E+" : "E-");
+        }
+        if (code() == '~' && i + 1 < s.size() && s[i + 1] != ' ') ++i;
     }
     return out;
 }
 
+// Random characters, and the text of a whole line with some of its characters changed, lost or
+// doubled. INTAKE_STREAMS says how many.
 TEST(CompressedForm, ExpandsAnyTextByTheBook) {
+    const char* wanted = std::getenv("INTAKE_STREAMS");
+    const int rounds = wanted ? std::atoi(wanted) : 50000;
     std::mt19937 engine(20181123);
     constexpr std::string_view kLetters = "~~~~ }}1-CYo$@P^N!\"|{z\x1F\x7F\xFE";
-    for (int round = 0; round < 50000; ++round) {
-        std::string text(engine() % 120, ' ');
+    const std::string whole = compressed(
+        "        12  1.2345678E+03-9.9999999E-99 ~}   x 99.5 1234567 123456.75  1.25E+10 0000 "
+        "-1.23456789012345E+05 1234567.125    1E-05",
+        2);
+    for (int round = 0; round < rounds; ++round) {
+        std::string text(engine() % (round % 64 == 0 ? 303 : 60), ' ');
         for (char& each : text) each = kLetters[engine() % kLetters.size()];
+        if (round % 2 == 0) {
+            text = whole;
+            for (std::size_t changes = 1 + engine() % 6; changes > 0; --changes) {
+                const std::size_t place = engine() % text.size();
+                if (engine() % 3 == 0) {
+                    text.erase(place, 1);
+                } else if (engine() % 2 == 0) {
+                    text[place] = kLetters[engine() % kLetters.size()];
+                } else {
+                    text.insert(place, text, engine() % text.size(), 1 + engine() % 4);
+                }
+            }
+        }
         text = qx::trimText(text);
-        ASSERT_EQ(expanded(text, 300), expandedByTheBook(text).substr(0, 300)) << text;
+        const std::string decoded = expandedByTheBook(text);
+        for (const std::size_t length : {80U, 300U}) {
+            ASSERT_EQ(expanded(text, length), decoded.substr(0, length)) << text;
+        }
     }
 }
 
@@ -132,16 +169,21 @@ TEST(CompressedForm, TakesAnyTextAndStaysInTheLine) {
         {"~\xE9", "\xE9"},
         {"~!", ""},
         {"~N", ""},
+        {"a~N", ""},
+        {"1E5-C~~~z", "1E5-E-C."},
+        {"~ Z~ Z~N~N~N~!-~/-", std::string(80, ' ')},
         {"~!!", "00"},
         {"~N!", "0"},
         {"~!}", ""},
         {"~!}!", "92"},
-        // A point beyond the digits goes to the end; an exponent needs two digits.
+        // A point beyond the digits goes to the end; an exponent stands before the last two
+        // characters.
         {"~/-", "12."},
-        {"~0", ""},
+        {"~0", "E+"},
         {"~0-", "E+12"},
-        {"~]-", "1"},
-        {"~^", "."},
+        {"~]-", "E+1"},
+        {"x~]", "E+"},
+        {"~^", "E+."},
         {"~1-", "1E+.2"},
         // The "~" behind a number is its own, unless a run of blanks begins there.
         {"~!-~x", "12x"},
