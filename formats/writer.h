@@ -80,7 +80,13 @@ struct Geometry {
     // How many of the parts belong to each polygon of a multipolygon. Empty: all to one.
     std::span<const uint32_t> ringCounts;
 
-    bool empty() const { return parts.empty(); }
+    // No vertices at all: missing.
+    bool empty() const {
+        for (const std::span<const double> part : parts) {
+            if (!part.empty()) return false;
+        }
+        return true;
+    }
 };
 
 // A text that belongs to the whole output or to one of its layers.
@@ -101,8 +107,8 @@ class Writer {
     virtual std::string begin(const Layer& layer) = 0;
     // Takes a feature or, without a geometry, a row. The fid is a key within the layer, from 1;
     // ascending ones are written fastest. There is a value for each column, of its type or nothing.
-    // A geometry without parts is a missing one. False if the geometry was left out, with all else
-    // kept, because a coordinate is not finite or cannot be transformed.
+    // A geometry without vertices is a missing one. False if the geometry was left out, with all
+    // else kept, because a coordinate is not finite or cannot be transformed.
     virtual bool add(int64_t fid, const Geometry& geometry, std::span<const Value> values) = 0;
     // Ends the layer.
     virtual void end() = 0;
