@@ -43,7 +43,7 @@ void appendReal(std::string& text, double value, const Column& column) {
 void appendSevenDecimals(std::string& text, double value) {
     constexpr int kDecimals = 7;
     constexpr double kScale = 1e7;
-    constexpr double kMost = 1e11;  // where reals have no seventh decimal any more
+    constexpr double kMost = 9e8;  // beyond it reals have no seventh decimal to round to
     if (!(std::abs(value) < kMost)) return append(text, value);
 
     const auto scaled = static_cast<int64_t>(std::nearbyint(value * kScale));

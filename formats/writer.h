@@ -134,7 +134,7 @@ struct Options {
     // GeoJSON: to longitude and latitude on WGS 84, for a reference system; an empty function where
     // there is no way. Without a way begin() fails and says so, unless coordinates are taken as
     // they are.
-    std::function<Transform(const crs::ReferenceSystem&)> toWgs84;
+    std::function<Transform(const crs::ReferenceSystem&)> toWgs84 = {};
     bool asIs = false;
     // GeoJSON: features carry their bounding box.
     bool boundingBoxes = false;
