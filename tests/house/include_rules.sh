@@ -25,7 +25,9 @@ raster            host/|stream/
 symbols           host/|stream/
 plots             host/|stream/
 entry             host/|stream/|(include/)?intakedl\.h|[a-z]+/sections\.h
-app               host/|datasets/|stream/|(include/)?intakedl\.h
+crs               -
+formats           crs/reference_system\.h
+app               host/|datasets/|formats/|crs/|stream/|(include/)?intakedl\.h
 TABLE
 # Of the program, only packing and unpacking speak to the stream.
 if grep -rnE '^ *# *include *"stream/' app | grep -vE '^app/intake/[a-z_]*pack[a-z_]*\.(cpp|h):'; then

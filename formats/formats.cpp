@@ -1,0 +1,72 @@
+#include "formats/formats.h"
+
+#include <algorithm>
+
+#include "formats/csv/csv.h"
+#include "formats/geojson/geojson.h"
+#include "formats/names.h"
+
+namespace formats {
+
+std::span<const Format> formats() {
+    static const Format table[] = {
+        {.name = "geopackage",
+         .title = "GeoPackage",
+         .endings = ".gpkg",
+         .geometries = true,
+         .rasters = false,
+         .texts = true,
+         .manyLayers = true,
+         .folders = false,
+         .wgs84 = false,
+         .maker = nullptr,
+         .module = "geopackage"},
+        {.name = "geojson",
+         .title = "GeoJSON",
+         .endings = ".geojson .json",
+         .geometries = true,
+         .rasters = false,
+         .texts = true,
+         .manyLayers = true,
+         .folders = true,
+         .wgs84 = true,
+         .maker = &geojson::collections(),
+         .module = {}},
+        {.name = "geojsonl",
+         .title = "GeoJSON, one feature a line",
+         .endings = ".geojsonl .ndjson .jsonl",
+         .geometries = true,
+         .rasters = false,
+         .texts = false,
+         .manyLayers = true,
+         .folders = true,
+         .wgs84 = true,
+         .maker = &geojson::lines(),
+         .module = {}},
+        {.name = "csv",
+         .title = "CSV",
+         .endings = ".csv",
+         .geometries = false,
+         .rasters = false,
+         .texts = true,
+         .manyLayers = false,
+         .folders = true,
+         .wgs84 = false,
+         .maker = &csv::tables(),
+         .module = {}},
+    };
+    return table;
+}
+
+const Format* formatNamed(std::string_view name) {
+    const auto found = std::ranges::find(formats(), name, &Format::name);
+    return found == formats().end() ? nullptr : &*found;
+}
+
+const Format* formatOf(std::string_view path) {
+    const auto found = std::ranges::find_if(
+        formats(), [path](const Format& format) { return hasEnding(path, format.endings); });
+    return found == formats().end() ? nullptr : &*found;
+}
+
+}  // namespace formats
