@@ -25,6 +25,8 @@ raster            host/|stream/
 symbols           host/|stream/
 plots             host/|stream/
 entry             host/|stream/|(include/)?intakedl\.h|[a-z]+/sections\.h
+crs               -
+topology          -
 app               host/|datasets/|stream/|(include/)?intakedl\.h
 TABLE
 # Of the program, only packing and unpacking speak to the stream.
