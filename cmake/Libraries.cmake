@@ -58,3 +58,9 @@ if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
 endif()
 set_target_properties(intakedl PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION 0
   LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/intakedl.map)
+
+# Rooms for what is made of datasets; they know of none.
+intake_sources(topology_sources topology)
+add_library(intake_topology STATIC ${topology_sources})
+target_include_directories(intake_topology PUBLIC ${PROJECT_SOURCE_DIR})
+target_link_libraries(intake_topology PRIVATE intake_warnings)

@@ -11,10 +11,10 @@ namespace topology {
 
 class ArcsByPolygon {
   public:
-    // Any order will do. An arc with the same polygon on both sides is in no list; neither are
-    // polygons with numbers below 1.
+    // Arcs have numbers from 1; any order will do. An arc with the same polygon on both sides is in
+    // no list; neither are polygons with numbers below 1.
     void add(int32_t arc, int32_t left, int32_t right);
-    // When all arcs are added. Sixteen bytes are kept for each arc.
+    // When all arcs are added. Eight bytes are kept for each arc, and thrice that on the way.
     void finish();
 
     // The arcs of a polygon as Assembler takes them, by ascending number; empty if it has none.
