@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "topology/crossing.h"
 #include "topology/edges.h"
 #include "topology/nesting.h"
 #include "topology/ring.h"
@@ -44,8 +45,9 @@ void Assembler::Work::makeRings() {
         }
         const std::span<const Point> points = std::span(pool).subspan(begin);
         Ring ring = measureRing(points);
-        if (ring.area == 0 || ring.crosses) {
-            keepLines(ring.area == 0 ? Reason::NoArea : Reason::CrossesItself, 0, points);
+        const bool empty = ring.area == 0;
+        if (empty || crossesItself(points)) {
+            keepLines(empty ? Reason::NoArea : Reason::CrossesItself, 0, points);
             pool.resize(begin);
             continue;
         }
@@ -75,7 +77,7 @@ void Assembler::Work::setRoles(bool mayBeTurned) {
         if ((rings[0].area > 0) == outerIsPositive) outerOf[0] = 0;
         return;
     }
-    const std::vector<uint32_t> parents = nest(rings, pool);
+    const std::vector<uint32_t> parents = nest(rings, pool, outerIsPositive);
     for (const uint32_t ring : byArea(rings)) {
         const uint32_t parent = parents[ring];
         const bool outer = (rings[ring].area > 0) == outerIsPositive;

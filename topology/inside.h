@@ -2,22 +2,20 @@
 #ifndef TOPOLOGY_INSIDE_H
 #define TOPOLOGY_INSIDE_H
 
-#include <cstdint>
 #include <span>
-#include <vector>
 
-#include "topology/ring.h"
+#include "topology/runs.h"
 
 namespace topology {
 
 enum class Where { Outside, Inside, Unsure };
 
-// Keeps boxes over runs of the ring's vertices and over runs of these. A run beside the point costs
-// nothing, and one wholly to its right no more than a look at its two ends.
+// A run of edges beside the point costs nothing, and one wholly to its right no more than a look at
+// its two ends.
 class InsideTest {
   public:
     // The vertices have to outlive the test; the last is equal to the first.
-    explicit InsideTest(std::span<const Point> ring);
+    explicit InsideTest(std::span<const Point> ring) : runs_(ring) {}
 
     // Unsure on the line, and so near it that rounding could decide.
     Where where(const Point& point) const;
@@ -27,12 +25,7 @@ class InsideTest {
     bool holds(std::span<const Point> other) const;
 
   private:
-    static constexpr std::size_t kRun = 8;  // edges
-
-    std::span<const Point> ring_;
-    // Boxes of the runs, then of pairs of them, and so on; where each level begins.
-    std::vector<Box> boxes_;
-    std::vector<std::size_t> levels_;
+    Runs runs_;
 };
 
 }  // namespace topology

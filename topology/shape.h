@@ -18,7 +18,7 @@ enum class Reason {
     BadCoordinates,  // an arc has a coordinate that is no finite number, or fewer than two vertices
     Unclosed,        // lines that end where nothing goes on
     NoArea,          // a ring that encloses nothing
-    CrossesItself,   // a ring that goes round more or less than once
+    CrossesItself,   // a ring with two edges that cross, as far as they are looked for
     Misplaced,       // a hole outside all outer rings, or a ring directly inside one of its kind
 };
 
