@@ -112,7 +112,7 @@ ReferenceSystem ProjSystems::byHand(std::string_view definition) const {
     const double size = unitOf(context, object);
     system.perUnit = system.kind == Kind::Geographic ? size / kRadiansInDegree : size;
     system.unitName = unitName(context, object);
-    describe("in units of " + system.unitName, system);
+    describe(unitWords(system.unitName), system);
     return system;
 }
 

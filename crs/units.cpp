@@ -63,7 +63,7 @@ std::optional<Unit> lengthUnit(std::string_view word) {
         }
     }
     const std::string name = "1/" + std::string(trimmed(word)) + " metre";
-    return Unit{name, "units of " + name, 1 / *factor, 1 / *factor};
+    return Unit{name, unitWords(name), 1 / *factor, 1 / *factor};
 }
 
 std::optional<Unit> angleUnit(std::string_view word) {
@@ -73,6 +73,16 @@ std::optional<Unit> angleUnit(std::string_view word) {
         }
     }
     return {};
+}
+
+std::string unitWords(std::string_view name) {
+    for (const Word& each : kLengths) {
+        if (each.name == name) return each.words;
+    }
+    for (const Word& each : kAngles) {
+        if (each.name == name) return each.words;
+    }
+    return "units of " + std::string(name);
 }
 
 }  // namespace crs

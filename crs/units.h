@@ -22,6 +22,9 @@ std::optional<Unit> lengthUnit(std::string_view word);
 // DD, DM, DS: degrees, minutes or seconds, with decimals.
 std::optional<Unit> angleUnit(std::string_view word);
 
+// "metres" for "metre"; for a name that is not one of those above "units of " and the name.
+std::string unitWords(std::string_view name);
+
 }  // namespace crs
 
 #endif

@@ -27,7 +27,7 @@ plots             host/|stream/
 entry             host/|stream/|(include/)?intakedl\.h|[a-z]+/sections\.h
 crs               -
 topology          -
-app               host/|datasets/|stream/|(include/)?intakedl\.h
+app               host/|datasets/|crs/|topology/|stream/|(include/)?intakedl\.h
 TABLE
 # Of the program, only packing and unpacking speak to the stream.
 if grep -rnE '^ *# *include *"stream/' app | grep -vE '^app/intake/[a-z_]*pack[a-z_]*\.(cpp|h):'; then

@@ -19,3 +19,4 @@ endfunction()
 
 pkg_check_modules(CAIRO REQUIRED IMPORTED_TARGET cairo)
 intake_module(png SOURCES modules/png.cpp LIBRARIES PkgConfig::CAIRO)
+intake_module(proj SOURCES modules/proj.cpp LIBRARIES intake_crs)
