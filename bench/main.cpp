@@ -12,6 +12,7 @@ int main(int argc, char** argv) {
         bench::registerIndex();
         bench::registerLinear();
         bench::registerProgram();
+        bench::registerPolygons();
     } catch (const std::exception& exception) {
         std::fprintf(stderr, "%s\n", exception.what());
         return 1;

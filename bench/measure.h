@@ -73,6 +73,7 @@ void registerGridMemory();
 void registerIndex();
 void registerLinear();
 void registerProgram();
+void registerPolygons();
 
 }  // namespace bench
 

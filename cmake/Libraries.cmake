@@ -74,3 +74,18 @@ else()
   target_link_libraries(intakedl PUBLIC intake_host qxfeat qxgridio qxbase ${CMAKE_DL_LIBS})
   set_target_properties(intakedl PROPERTIES LINKER_LANGUAGE CXX)
 endif()
+# Rooms for what is made of datasets; they know of none.
+intake_sources(topology_sources topology)
+add_library(intake_topology STATIC ${topology_sources})
+target_include_directories(intake_topology PUBLIC ${PROJECT_SOURCE_DIR})
+target_link_libraries(intake_topology PRIVATE intake_warnings)
+
+# A library without the program needs no library of someone else.
+if(INTAKE_PROGRAM)
+  find_package(PkgConfig REQUIRED)
+  pkg_check_modules(PROJ REQUIRED IMPORTED_TARGET proj>=9.1)
+  intake_sources(crs_sources crs)
+  add_library(intake_crs STATIC ${crs_sources})
+  target_include_directories(intake_crs PUBLIC ${PROJECT_SOURCE_DIR})
+  target_link_libraries(intake_crs PUBLIC PkgConfig::PROJ PRIVATE intake_warnings)
+endif()

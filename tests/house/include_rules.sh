@@ -26,8 +26,9 @@ symbols           host/|stream/
 plots             host/|stream/
 entry             host/|stream/|(include/)?intakedl\.h|[a-z]+/sections\.h
 crs               -
+topology          -
 formats           crs/reference_system\.h
-app               host/|datasets/|formats/|crs/|stream/|(include/)?intakedl\.h
+app               host/|datasets/|formats/|topology/|crs/|containers/|stream/|(include/)?intakedl\.h
 TABLE
 # Of the program, only packing and unpacking speak to the stream.
 if grep -rnE '^ *# *include *"stream/' app | grep -vE '^app/intake/[a-z_]*pack[a-z_]*\.(cpp|h):'; then

@@ -1,0 +1,140 @@
+#include "topology/assembler.h"
+
+#include <algorithm>
+
+#include "topology/crossing.h"
+#include "topology/edges.h"
+#include "topology/nesting.h"
+#include "topology/ring.h"
+#include "topology/tracing.h"
+
+namespace topology {
+
+struct Assembler::Work {
+    explicit Work(ArcSource& source) : arcs(source) {}
+
+    void makeRings();
+    void keepLines(Reason reason, int32_t arc, std::span<const Point> line);
+    void setRoles(bool mayBeTurned);
+    void give();
+
+    ArcSource& arcs;
+    Edges edges;
+    Walks walks;
+    std::vector<Point> pool;  // vertices of the rings
+    std::vector<Ring> rings;
+    std::vector<uint32_t> outerOf;  // by ring: its outer ring, itself, or none if it is left out
+    bool outerIsPositive = false;
+    Shape shape;
+};
+
+void Assembler::Work::keepLines(Reason reason, int32_t arc, std::span<const Point> line) {
+    shape.problems.push_back({reason, arc, shape.lines(), 1});
+    shape.linePoints().insert(shape.linePoints().end(), line.begin(), line.end());
+    shape.endLine();
+}
+
+void Assembler::Work::makeRings() {
+    pool.clear();
+    rings.clear();
+    std::size_t first = 0;
+    for (const std::size_t end : walks.ends) {
+        const std::size_t begin = pool.size();
+        for (; first < end; ++first) {
+            edges.append(edges.edges[walks.edges[first]], first + 1 == end, pool);
+        }
+        const std::span<const Point> points = std::span(pool).subspan(begin);
+        Ring ring = measureRing(points);
+        const bool empty = ring.area == 0;
+        if (empty || crossesItself(points)) {
+            keepLines(empty ? Reason::NoArea : Reason::CrossesItself, 0, points);
+            pool.resize(begin);
+            continue;
+        }
+        ring.begin = begin;
+        ring.end = pool.size();
+        rings.push_back(ring);
+    }
+    if (walks.left.empty()) return;
+    shape.problems.push_back({Reason::Unclosed,
+                              walks.left.size() == 1 ? edges.edges[walks.left[0]].arc : 0,
+                              shape.lines(), walks.left.size()});
+    for (const uint32_t edge : walks.left) {
+        edges.append(edges.edges[edge], true, shape.linePoints());
+        shape.endLine();
+    }
+}
+
+// Which rings are outer ones, and to which each hole belongs.
+void Assembler::Work::setRoles(bool mayBeTurned) {
+    double area = 0;
+    for (const Ring& ring : rings) area += ring.area;
+    // Outer rings have the area to their right, unless the whole list goes the other way.
+    outerIsPositive = mayBeTurned && area > 0;
+
+    outerOf.assign(rings.size(), kNoRing);
+    if (rings.size() == 1) {
+        if ((rings[0].area > 0) == outerIsPositive) outerOf[0] = 0;
+        return;
+    }
+    const std::vector<uint32_t> parents = nest(rings, pool, outerIsPositive);
+    for (const uint32_t ring : byArea(rings)) {
+        const uint32_t parent = parents[ring];
+        const bool outer = (rings[ring].area > 0) == outerIsPositive;
+        if (parent == kNoRing) {
+            if (outer) outerOf[ring] = ring;
+        } else if (outerOf[parent] != kNoRing) {
+            const bool inOuter = outerOf[parent] == parent;
+            if (outer != inOuter) outerOf[ring] = outer ? ring : parent;
+        }
+    }
+}
+
+void Assembler::Work::give() {
+    // Holes by their outer ring, in the order in which they were found.
+    std::vector<uint32_t> order;
+    for (uint32_t ring = 0; ring < rings.size(); ++ring) {
+        if (outerOf[ring] != kNoRing) order.push_back(ring);
+    }
+    std::ranges::stable_sort(
+        order, {}, [&](uint32_t ring) { return std::pair(outerOf[ring], outerOf[ring] != ring); });
+    for (const uint32_t ring : order) {
+        const auto first = pool.begin() + static_cast<std::ptrdiff_t>(rings[ring].begin);
+        const auto last = pool.begin() + static_cast<std::ptrdiff_t>(rings[ring].end);
+        std::vector<Point>& points = shape.points();
+        if (outerIsPositive) {
+            points.insert(points.end(), first, last);
+        } else {
+            points.insert(points.end(), std::reverse_iterator(last), std::reverse_iterator(first));
+        }
+        shape.endRing();
+        if (outerOf[ring] == ring) shape.ringCounts.push_back(0);
+        ++shape.ringCounts.back();
+    }
+    for (uint32_t ring = 0; ring < rings.size(); ++ring) {
+        if (outerOf[ring] != kNoRing) continue;
+        keepLines(Reason::Misplaced, 0,
+                  std::span(pool).subspan(rings[ring].begin, rings[ring].end - rings[ring].begin));
+    }
+}
+
+Assembler::Assembler(ArcSource& arcs) : work_(std::make_unique<Work>(arcs)) {}
+
+Assembler::~Assembler() = default;
+
+const Shape& Assembler::assemble(std::span<const int32_t> list) {
+    Work& work = *work_;
+    work.shape.clear();
+    readEdges(list, work.arcs, work.edges, work.shape);
+    traceEdges(work.edges, work.walks);
+    work.makeRings();
+    // Where something is missing, that may be an outer ring, and a hole alone is no area.
+    const bool whole = std::ranges::all_of(work.shape.problems, [](const Shape::Problem& problem) {
+        return problem.reason == Reason::RepeatedArc;
+    });
+    work.setRoles(whole);
+    work.give();
+    return work.shape;
+}
+
+}  // namespace topology

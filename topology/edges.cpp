@@ -1,0 +1,74 @@
+#include "topology/edges.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace topology {
+
+namespace {
+
+// Beyond it an area is no finite number any more; no map is that large.
+constexpr double kGreatest = 1e100;
+
+bool usable(std::span<const Point> points) {
+    return points.size() >= 2 && std::ranges::all_of(points, [](const Point& point) {
+               return std::fabs(point.x) <= kGreatest && std::fabs(point.y) <= kGreatest;
+           });
+}
+
+// The least integer has no counterpart, so numbers are compared without their sign as unsigned.
+uint32_t magnitude(int32_t arc) {
+    return arc < 0 ? 0U - static_cast<uint32_t>(arc) : static_cast<uint32_t>(arc);
+}
+
+bool before(int32_t first, int32_t second) {
+    return magnitude(first) != magnitude(second) ? magnitude(first) < magnitude(second)
+                                                 : first < second;
+}
+
+}  // namespace
+
+void Edges::append(const Edge& edge, bool whole, std::vector<Point>& points) const {
+    const std::size_t count = edge.end - edge.begin - (whole ? 0 : 1);
+    const Point* const first = pool.data() + edge.begin;
+    const Point* const last = pool.data() + edge.end;
+    if (edge.backwards) {
+        points.insert(points.end(), std::reverse_iterator(last),
+                      std::reverse_iterator(last) + static_cast<std::ptrdiff_t>(count));
+    } else {
+        points.insert(points.end(), first, first + count);
+    }
+}
+
+void readEdges(std::span<const int32_t> list, ArcSource& arcs, Edges& edges, Shape& shape) {
+    edges.edges.clear();
+    edges.pool.clear();
+    std::vector<int32_t> sorted(list.begin(), list.end());
+    std::erase(sorted, 0);
+    std::ranges::sort(sorted, before);
+
+    for (std::size_t index = 0; index < sorted.size();) {
+        const int32_t arc = sorted[index];
+        const std::size_t first = index;
+        while (index < sorted.size() && magnitude(sorted[index]) == magnitude(arc)) ++index;
+        // Backwards comes first, so a pair of both begins and ends with different ones.
+        if (sorted[index - 1] != arc) continue;
+
+        const auto number = static_cast<int32_t>(magnitude(arc));
+        const std::size_t begin = edges.pool.size();
+        if (number < 0 || !arcs.vertices(number, edges.pool)) {
+            edges.pool.resize(begin);
+            shape.problems.push_back({Reason::MissingArc, number, 0, 0});
+            continue;
+        }
+        if (!usable(std::span(edges.pool).subspan(begin))) {
+            edges.pool.resize(begin);
+            shape.problems.push_back({Reason::BadCoordinates, number, 0, 0});
+            continue;
+        }
+        if (index - first > 1) shape.problems.push_back({Reason::RepeatedArc, number, 0, 0});
+        edges.edges.push_back({number, arc < 0, begin, edges.pool.size()});
+    }
+}
+
+}  // namespace topology

@@ -1,0 +1,43 @@
+// Boxes over runs of a line's edges, over pairs of runs, and so on: what is asked of a line looks
+// at few of its edges.
+#ifndef TOPOLOGY_RUNS_H
+#define TOPOLOGY_RUNS_H
+
+#include <span>
+#include <vector>
+
+#include "topology/ring.h"
+
+namespace topology {
+
+class Runs {
+  public:
+    static constexpr std::size_t kEdges = 8;  // of a run of the lowest level
+
+    // The vertices, at least two, have to outlive it.
+    explicit Runs(std::span<const Point> line);
+
+    std::size_t levels() const { return levels_.size(); }
+    std::size_t size(std::size_t level) const {
+        return (level + 1 < levels_.size() ? levels_[level + 1] : boxes_.size()) - levels_[level];
+    }
+    const Box& box(std::size_t level, std::size_t run) const {
+        return boxes_[levels_[level] + run];
+    }
+
+    // The vertices of a run; the last one is the first of the run behind it.
+    std::span<const Point> vertices(std::size_t level, std::size_t run) const {
+        const std::size_t edges = kEdges << level;
+        const std::size_t first = run * edges;
+        return line_.subspan(first, std::min(edges + 1, line_.size() - first));
+    }
+
+  private:
+    std::span<const Point> line_;
+    std::vector<Box> boxes_;
+    std::vector<std::size_t> levels_;  // where the boxes of each begin
+};
+
+}  // namespace topology
+
+#endif
