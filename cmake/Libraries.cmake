@@ -74,6 +74,7 @@ else()
   target_link_libraries(intakedl PUBLIC intake_host qxfeat qxgridio qxbase ${CMAKE_DL_LIBS})
   set_target_properties(intakedl PROPERTIES LINKER_LANGUAGE CXX)
 endif()
+
 # Rooms for what is made of datasets; they know of none.
 intake_sources(topology_sources topology)
 add_library(intake_topology STATIC ${topology_sources})

@@ -1,10 +1,13 @@
 #include "host/qxfeat/centroids.h"
 
+#include <algorithm>
+#include <array>
+#include <tuple>
+
 #include "coverage/growing_record.h"
 #include "coverage/overflow.h"
 #include "coverage/sections.h"
-#include "stream/format.h"
-#include "stream/reader.h"
+#include "stream/lines.h"
 #include "stream/report.h"
 
 namespace intake {
@@ -20,6 +23,15 @@ using CentroidRecord = GrowingRecord<QxCentroid, int32_t>;
 void readLabels(int32_t count, bool& lossReported, CentroidRecord& record) {
     Line line;
     for (int32_t left = count; left > 0; left -= kLabelsPerLine) {
+        if (left >= kLabelsPerLine) {
+            std::array<int32_t, kLabelsPerLine> labels;
+            const bool taken =
+                std::apply([](auto&... each) { return takeLine<"8I10">(each...); }, labels);
+            if (taken) {
+                std::copy(labels.begin(), labels.end(), record.grow(labels.size()));
+                continue;
+            }
+        }
         IMPLIN(line);
         // The first number of a line only. Stays.
         if (clearOverflow(line, 1) && !lossReported) {
@@ -46,14 +58,12 @@ void IMPCNT(const Name& dataset, const int32_t& precision, Status& status) {
     bool lossReported = false;
     int32_t scratch = 0;
     CentroidRecord record;
-    Line line;
     for (;;) {
-        IMPLIN(line);
         QxCentroid& centroid = record.front();
         if (precision == kSingle) {
-            read<"I10,1P,2E14.7">(line, centroid.labelCount, centroid.x, centroid.y);
+            IMPLIN<"I10,1P,2E14.7">(centroid.labelCount, centroid.x, centroid.y);
         } else {
-            read<"I10,1P,2E21.14">(line, centroid.labelCount, centroid.x, centroid.y);
+            IMPLIN<"I10,1P,2E21.14">(centroid.labelCount, centroid.x, centroid.y);
         }
         if (centroid.labelCount == kEndOfCentroids) break;
         if (centroid.labelCount < 0) fatal("Invalid label count (IMPCNT)");

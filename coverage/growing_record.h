@@ -4,7 +4,6 @@
 #define COVERAGE_GROWING_RECORD_H
 
 #include <cstddef>
-#include <cstring>
 #include <new>
 #include <type_traits>
 
@@ -25,10 +24,12 @@ class GrowingRecord {
 
     Front& front() { return *std::launder(reinterpret_cast<Front*>(bytes_.data())); }
     void clearTail() { bytes_.resize(sizeof(Front)); }
-    void add(const Element& element) {
+    void add(const Element& element) { *grow(1) = element; }
+    // Room for more elements, to be filled before any other call.
+    Element* grow(std::size_t count) {
         const std::size_t end = bytes_.size();
-        bytes_.resize(end + sizeof(Element));
-        std::memcpy(bytes_.data() + end, &element, sizeof(Element));
+        bytes_.resize(end + count * sizeof(Element));
+        return std::launder(reinterpret_cast<Element*>(bytes_.data() + end));
     }
     const void* data() const { return bytes_.data(); }
 

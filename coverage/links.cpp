@@ -1,14 +1,31 @@
 #include "host/qxfeat/links.h"
 
 #include "coverage/sections.h"
-#include "stream/format.h"
-#include "stream/reader.h"
+#include "stream/lines.h"
 
 namespace intake {
 
 namespace {
 
 constexpr std::string_view kEndOfLinks = "END OF LINK DATA";
+
+// The next link; false at the end.
+bool readLink(int32_t precision, std::array<double, 4>& link) {
+    const bool single = precision == kSingle;
+    if (!(single ? takeLine<"1P,4E14.7">(link[0], link[1], link[2], link[3])
+                 : takeLine<"1P,2E21.14">(link[0], link[1]))) {
+        Line line;
+        IMPLIN(line);
+        if (line == kEndOfLinks) return false;
+        if (single) {
+            read<"1P,4E14.7">(line, link[0], link[1], link[2], link[3]);
+        } else {
+            read<"1P,2E21.14">(line, link[0], link[1]);
+        }
+    }
+    if (!single) IMPLIN<"1P,2E21.14">(link[2], link[3]);
+    return true;
+}
 
 }  // namespace
 
@@ -20,17 +37,7 @@ void IMPLNK(const Name& dataset, const int32_t& precision, Status& status) {
         return;
     }
     std::array<double, 4> link{};
-    Line line;
-    for (int32_t number = 1;; ++number) {
-        IMPLIN(line);
-        if (line == kEndOfLinks) break;
-        if (precision == kSingle) {
-            read<"1P,4E14.7">(line, link[0], link[1], link[2], link[3]);
-        } else {
-            read<"1P,2E21.14">(line, link[0], link[1]);
-            IMPLIN(line);
-            read<"1P,2E21.14">(line, link[2], link[3]);
-        }
+    for (int32_t number = 1; readLink(precision, link); ++number) {
         call(lnkwt_, links, number, link);
     }
     status = kSuccess;

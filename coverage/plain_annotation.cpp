@@ -5,8 +5,7 @@
 
 #include "coverage/annotation_record.h"
 #include "coverage/sections.h"
-#include "stream/format.h"
-#include "stream/reader.h"
+#include "stream/lines.h"
 #include "stream/report.h"
 
 namespace intake {
@@ -32,16 +31,13 @@ static_assert(sizeof(Reals) == sizeof(RealValues));
 // All of them, whatever the counts say.
 Reals readReals(int32_t precision) {
     RealValues values{};
-    Line line;
     if (precision == kSingle) {
         for (double* at = values.data(); at != values.data() + values.size(); at += 5) {
-            IMPLIN(line);
-            read<"1P,5E14.7">(line, at[0], at[1], at[2], at[3], at[4]);
+            IMPLIN<"1P,5E14.7">(at[0], at[1], at[2], at[3], at[4]);
         }
     } else {
         for (double* at = values.data(); at != values.data() + values.size(); at += 3) {
-            IMPLIN(line);
-            read<"1P,3E21.14">(line, at[0], at[1], at[2]);
+            IMPLIN<"1P,3E21.14">(at[0], at[1], at[2]);
         }
     }
     return std::bit_cast<Reals>(values);
@@ -68,14 +64,12 @@ void IMPTXT(const Name& dataset, const int32_t& precision, Status& status) {
         return;
     }
     AnnotationRecord record;
-    Line line;
     bool pointsCutReported = false;
     for (;;) {
         record.front() = {};
         AnnoRecord& anno = record.front();
-        IMPLIN(line);
-        read<"5I10">(line, anno.groupCode, anno.pointCount, anno.leaderCount, anno.textSymbol,
-                     anno.textLength);
+        IMPLIN<"5I10">(anno.groupCode, anno.pointCount, anno.leaderCount, anno.textSymbol,
+                       anno.textLength);
         if (anno.groupCode == kEndOfAnnotation) break;
         if (anno.pointCount < -1) fatal("Invalid point count (IMPTXT)");
         if (anno.textLength < 0) fatal("Invalid text length (IMPTXT)");
@@ -85,8 +79,7 @@ void IMPTXT(const Name& dataset, const int32_t& precision, Status& status) {
             anno.leaderPoints[leader][0] = reals.leaderX[leader];
             anno.leaderPoints[leader][1] = reals.leaderY[leader];
         }
-        IMPLIN(line);
-        read<"1P,E14.7">(line, anno.symbolSize);
+        IMPLIN<"1P,E14.7">(anno.symbolSize);
         readText(anno);
         const int64_t points = int64_t{anno.pointCount} + 1;
         if (points > kMostPoints && !pointsCutReported) {

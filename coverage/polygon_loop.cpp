@@ -4,8 +4,7 @@
 
 #include "host/qxbase/lists.h"
 #include "host/qxfeat/polygons.h"
-#include "stream/format.h"
-#include "stream/reader.h"
+#include "stream/lines.h"
 #include "stream/report.h"
 
 namespace intake {
@@ -19,35 +18,31 @@ using ArcTriplet = std::array<int32_t, 3>;
 
 // The double form has a second line, also behind the count that ends the section.
 void readHead(int32_t precision, int32_t& arcCount, std::array<double, 4>& box) {
-    Line line;
-    IMPLIN(line);
     if (precision == kSingle) {
-        read<"I10,1P,4E14.7">(line, arcCount, box[0], box[1], box[2], box[3]);
+        IMPLIN<"I10,1P,4E14.7">(arcCount, box[0], box[1], box[2], box[3]);
         return;
     }
-    read<"I10,1P,2E21.14">(line, arcCount, box[0], box[1]);
-    IMPLIN(line);
-    read<"1P,2E21.14">(line, box[2], box[3]);
+    IMPLIN<"I10,1P,2E21.14">(arcCount, box[0], box[1]);
+    IMPLIN<"1P,2E21.14">(box[2], box[3]);
 }
 
 // Two arcs to a line, and a line also where there is none. The list keeps the arcs of a longer
 // polygon behind these.
 void readArcs(Handle arcs, int32_t arcCount) {
-    Line line;
     ArcTriplet first;
     ArcTriplet second;
-    const int32_t lines = (arcCount - 1) / 2 + 1;
     int32_t index = 0;
-    for (int32_t number = 0; number < lines; ++number) {
+    while (arcCount - index >= 2) {
+        IMPLIN<"6I10">(first[0], first[1], first[2], second[0], second[1], second[2]);
+        call(memput_, arcs, ++index, first);
+        call(memput_, arcs, ++index, second);
+    }
+    if (arcCount - index == 1) {
+        IMPLIN<"3I10">(first[0], first[1], first[2]);
+        call(memput_, arcs, ++index, first);
+    } else if (arcCount == 0) {
+        Line line;
         IMPLIN(line);
-        if (arcCount - index >= 2) {
-            read<"6I10">(line, first[0], first[1], first[2], second[0], second[1], second[2]);
-            call(memput_, arcs, ++index, first);
-            call(memput_, arcs, ++index, second);
-        } else if (arcCount - index == 1) {
-            read<"3I10">(line, first[0], first[1], first[2]);
-            call(memput_, arcs, ++index, first);
-        }
     }
 }
 

@@ -3,8 +3,7 @@
 #include "coverage/polygon_loop.h"
 #include "coverage/sections.h"
 #include "host/qxbase/lists.h"
-#include "stream/format.h"
-#include "stream/reader.h"
+#include "stream/lines.h"
 
 namespace intake {
 
@@ -15,13 +14,15 @@ constexpr std::string_view kEndOfBoxes =
 
 // The next box; false at the end. A line without a point is the end or nothing.
 bool readSingleBox(QxPolygon& polygon) {
-    Line line;
-    do {
-        IMPLIN(line);
-        if (line == kEndOfBoxes) return false;
-    } while (line.full().find('.') == std::string_view::npos);
     double* box = polygon.box;
-    read<"I10,1P,4E14.7">(line, polygon.arcCount, box[0], box[1], box[2], box[3]);
+    if (!takeLine<"I10,1P,4E14.7">(polygon.arcCount, box[0], box[1], box[2], box[3])) {
+        Line line;
+        do {
+            IMPLIN(line);
+            if (line == kEndOfBoxes) return false;
+        } while (line.full().find('.') == std::string_view::npos);
+        read<"I10,1P,4E14.7">(line, polygon.arcCount, box[0], box[1], box[2], box[3]);
+    }
     polygon.arcCount = 0;
     return true;
 }
@@ -29,13 +30,10 @@ bool readSingleBox(QxPolygon& polygon) {
 // No second line follows the end here, as one does where polygons have arcs, and the integer is
 // kept as it was read. Stays.
 bool readDoubleBox(QxPolygon& polygon) {
-    Line line;
     double* box = polygon.box;
-    IMPLIN(line);
-    read<"I10,1P,2E21.14">(line, polygon.arcCount, box[0], box[1]);
+    IMPLIN<"I10,1P,2E21.14">(polygon.arcCount, box[0], box[1]);
     if (polygon.arcCount == -1) return false;
-    IMPLIN(line);
-    read<"1P,2E21.14">(line, box[2], box[3]);
+    IMPLIN<"1P,2E21.14">(box[2], box[3]);
     return true;
 }
 

@@ -3,8 +3,7 @@
 #include "host/qxbase/lists.h"
 #include "host/qxfeat/polygons.h"
 #include "host/qxfeat/region_pairs.h"
-#include "stream/format.h"
-#include "stream/reader.h"
+#include "stream/lines.h"
 
 namespace intake {
 
@@ -24,12 +23,10 @@ bool readSubclass(Subclass& subclass) {
 }
 
 void readPairs(Handle pairs) {
-    Line line;
     int32_t pair[2];
     Status status = kSuccess;
     for (int32_t number = 1;; ++number) {
-        IMPLIN(line);
-        read<"2I10">(line, pair[0], pair[1]);
+        IMPLIN<"2I10">(pair[0], pair[1]);
         if (pair[0] == kEndOfPairs) return;
         call(rxpwt_, pairs, +pair, number, status);
     }

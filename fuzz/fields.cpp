@@ -2,6 +2,7 @@
 // fast readers of single shapes against them.
 #include "stream/fields.h"
 
+#include <array>
 #include <bit>
 #include <cerrno>
 #include <cmath>
@@ -12,6 +13,8 @@
 #include <utility>
 
 #include "fuzz/scratch.h"
+#include "stream/fast_integers.h"
+#include "stream/fast_reals.h"
 
 namespace {
 
@@ -97,6 +100,43 @@ void readRealFast(std::string_view field, int decimals, bool (*read)(const char*
     fuzz::require(sameValue(value, expected), "the value of a fast real");
 }
 
+// A run of the same field but for its last digit.
+template <std::size_t count, class T>
+void readRun(std::string_view field, bool (*read)(const char*, T*),
+             bool (*parse)(std::string_view, T&)) {
+    std::string fields[count];
+    std::string text;
+    for (std::size_t index = 0; index < count; ++index) {
+        fields[index] = field;
+        if (index != 0 && field.back() == '0')
+            fields[index].back() = static_cast<char>('0' + index);
+        text += fields[index];
+    }
+    std::array<T, count> values;
+    if (!read((text + "\n\n").data(), values.data())) return;
+    for (std::size_t index = 0; index < count; ++index) {
+        T expected{};
+        fuzz::require(parse(fields[index], expected), "a fast field of a run is one");
+        fuzz::require(sameValue(static_cast<double>(values[index]), static_cast<double>(expected)),
+                      "its value");
+    }
+}
+
+template <std::size_t width>
+void readIntegerRuns(std::string_view field) {
+    if (field.size() != width) return;
+    readRun<7, int32_t>(field, intake::fast::readIntegers<width, 7>, intake::parseInteger);
+}
+
+template <int decimals>
+void readRealRuns(std::string_view field) {
+    if (field.size() != std::size_t{decimals} + 7) return;
+    readRun<5, double>(field, intake::fast::readReals<decimals, 5>,
+                       [](std::string_view text, double& value) {
+                           return intake::parseReal(text, decimals, 1, value);
+                       });
+}
+
 template <std::size_t... widths>
 void readIntegersFast(std::string_view field, std::index_sequence<widths...>) {
     (readIntegerFast<widths + 1>(field), ...);
@@ -130,6 +170,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     readRealFast(field, 7, intake::fast::readReal<7>);
     readRealFast(field, 14, intake::fast::readReal<14>);
     readRealFast(field, 17, intake::fast::readLongReal);
+    readIntegerRuns<10>(field);
+    readIntegerRuns<14>(field);
+    readRealRuns<7>(field);
+    readRealRuns<14>(field);
 
     bool logical = false;
     intake::parseLogical(field, logical);

@@ -1,7 +1,11 @@
-// Logical lines out of a file in volumes, in both forms.
+// Logical lines out of a file in volumes, in both forms, as they are and read by a format.
+#include <array>
+#include <cstring>
+#include <vector>
+
 #include "fuzz/scratch.h"
 #include "fuzz/volumes.h"
-#include "stream/reader.h"
+#include "stream/lines.h"
 
 namespace {
 
@@ -22,6 +26,56 @@ void readLines(std::string_view text) {
     }
 }
 
+struct Outcome {
+    std::array<int32_t, 3> integers{};
+    std::array<double, 6> reals{};
+    int64_t line = 0;
+    int64_t number = 0;
+    bool operator==(const Outcome& other) const {
+        return std::memcmp(this, &other, sizeof other) == 0;
+    }
+};
+
+// The next line by one of three formats, at once or by way of a buffer.
+template <detail::FormatText format, class... Values>
+void readNext(bool atOnce, Values&... values) {
+    if (atOnce) return IMPLIN<format>(values...);
+    Line line;
+    IMPLIN(line);
+    read<format>(line, values...);
+}
+
+// What the lines up to the end of the first volume give.
+std::vector<Outcome> outcomes(std::string_view text, bool atOnce) {
+    fuzz::openVolumes(text);
+    std::vector<Outcome> all;
+    for (std::size_t number = 0; !volumeEnded() && number <= text.size(); ++number) {
+        Outcome next;
+        auto& [i, r, line, logical] = next;
+        try {
+            switch (number % 3) {
+                case 0:
+                    readNext<"3I10">(atOnce, i[0], i[1], i[2]);
+                    break;
+                case 1:
+                    readNext<"1P,4E14.7">(atOnce, r[0], r[1], r[2], r[3]);
+                    break;
+                default:
+                    readNext<"1P,2E21.14">(atOnce, r[4], r[5]);
+            }
+        } catch (...) {
+            // A field that is none ends the import; here the next line comes. It is told by its
+            // number, as the values are anything.
+            i = {};
+            r = {};
+        }
+        line = reader.lineNumber;
+        logical = reader.logicalLines;
+        all.push_back(next);
+    }
+    return all;
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
@@ -31,6 +85,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
         readLines(text);
     } catch (...) {
         // The end of the last volume, as any other failure, ends the import.
+    }
+    try {
+        fuzz::require(outcomes(text, true) == outcomes(text, false), "what a format reads");
+    } catch (...) {
+        // No version.
     }
     return 0;
 }

@@ -10,12 +10,15 @@
 
 namespace {
 
-// The volumes, of which the channel reads one.
+// The volumes, of which the channel reads one. All of that is in the window.
 struct Memory {
     std::array<std::string_view, fuzz::kMostVolumes> volumes;
     int count = 0;
     int current = 0;
-    std::size_t place = 0;
+    QxWindow window{};
+
+    std::string_view volume() const { return volumes[static_cast<std::size_t>(current)]; }
+    void rewind() { window = {volume().data(), volume().data() + volume().size()}; }
 };
 Memory memory;
 
@@ -30,19 +33,27 @@ extern "C" {
 
 void aopen_(int32_t* channel, const char* name, int32_t* status, int32_t nameLength) {
     memory.current = volumeOf({name, static_cast<std::size_t>(nameLength)});
-    memory.place = 0;
     *channel = 1;
     *status = memory.current < memory.count ? 0 : 1;
+    if (*status == 0) memory.rewind();
 }
 
 void aclose_(const int32_t*) {}
 
 void arewnd_(const int32_t*, int32_t* status) {
-    memory.place = 0;
+    memory.rewind();
     *status = 0;
 }
 
-void abytes_(const int32_t*, int64_t* bytes) { *bytes = static_cast<int64_t>(memory.place); }
+void awindo_(const int32_t*, QxWindow** window) { *window = &memory.window; }
+
+void aatend_(const int32_t*, int32_t* ended) {
+    *ended = memory.window.next == memory.window.end ? 1 : 0;
+}
+
+void abytes_(const int32_t*, int64_t* bytes) {
+    *bytes = memory.window.next - memory.volume().data();
+}
 
 void iename_(char* name, const int32_t*, int32_t* status, int32_t nameLength) {
     const std::string_view text = qx::trimText({name, static_cast<std::size_t>(nameLength)});
@@ -53,13 +64,12 @@ void iename_(char* name, const int32_t*, int32_t* status, int32_t nameLength) {
 
 void aread_(const int32_t*, char* line, int32_t* count, int32_t* status, int32_t lineLength) {
     const auto length = static_cast<std::size_t>(lineLength);
-    const std::string_view rest =
-        memory.volumes[static_cast<std::size_t>(memory.current)].substr(memory.place);
+    const std::string_view rest(memory.window.next, memory.window.end);
     const std::string_view text = rest.substr(0, rest.find('\n'));
     const std::size_t kept = std::min(text.size(), length);
     std::memcpy(line, text.data(), kept);
     std::memset(line + kept, ' ', length - kept);
-    memory.place += std::min(text.size() + 1, rest.size());
+    memory.window.next += std::min(text.size() + 1, rest.size());
     *count = static_cast<int32_t>(kept);
     *status = rest.empty() ? -1 : 0;
 }

@@ -2,8 +2,7 @@
 
 #include "raster/grid_writer.h"
 #include "raster/sections.h"
-#include "stream/format.h"
-#include "stream/reader.h"
+#include "stream/lines.h"
 #include "stream/report.h"
 
 namespace intake {
@@ -38,6 +37,24 @@ void readCells(const Line& line, int32_t cellType, GridCells& cells) {
     cells = std::bit_cast<GridCells>(reals);
 }
 
+// Those of the next line; false at the end.
+bool nextCells(int32_t cellType, GridCells& cells) {
+    if (cellType == kIntegerCells) {
+        if (takeLine<"5I14">(cells[0], cells[1], cells[2], cells[3], cells[4])) return true;
+    } else {
+        std::array<float, 5> reals;
+        if (takeLine<"5E14.7">(reals[0], reals[1], reals[2], reals[3], reals[4])) {
+            cells = std::bit_cast<GridCells>(reals);
+            return true;
+        }
+    }
+    Line line;
+    IMPLIN(line);
+    if (line == kEndOfGrid) return false;
+    readCells(line, cellType, cells);
+    return true;
+}
+
 }  // namespace
 
 void IMPGRD(const Name& dataset, const bool& inStack, bool& skip, Status& status) {
@@ -61,17 +78,17 @@ void IMPGRD(const Name& dataset, const bool& inStack, bool& skip, Status& status
         nonftl("Unable to create %1%.", dataset);
         return;
     }
+    // The first line is one of cells whatever it holds.
+    GridCells cells;
     IMPLIN(line);
+    readCells(line, shape.cellType, cells);
     do {
-        GridCells cells;
-        readCells(line, shape.cellType, cells);
         GRDWRT(cells, status);
         if (status == kNotWritten) {
             nonftl("Error in writing %1%.", dataset);
             break;
         }
-        IMPLIN(line);
-    } while (!(line == kEndOfGrid));
+    } while (nextCells(shape.cellType, cells));
     // Lines beyond the window are no failure: they are read and dropped.
     if (status != kNotWritten) status = kSuccess;
     GRDCLS();

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <span>
 #include <string>
@@ -104,7 +105,7 @@ void GRDWRT(const GridCells& cells, Status& status) {
     }
     int32_t* const place = GRDSTA.row + GRDSTA.columnCursor;
     if (kept == static_cast<int32_t>(cells.size())) {
-        std::copy(cells.begin(), cells.end(), place);
+        std::memcpy(place, cells.data(), sizeof cells);
     } else {
         std::copy_n(cells.begin(), kept, place);
     }

@@ -5,8 +5,7 @@
 #include "host/cpp/growing_bytes.h"
 #include "host/qxgridio.h"
 #include "raster/sections.h"
-#include "stream/format.h"
-#include "stream/reader.h"
+#include "stream/lines.h"
 #include "stream/report.h"
 
 namespace intake {
@@ -21,12 +20,14 @@ constexpr float kFileNoData = std::bit_cast<float>(0xD6B5E179U);
 // In single precision throughout; a difference that is not a number is no sign of no data.
 bool isNoData(float cell) { return std::fabs(cell - kFileNoData) < 10000000.0F; }
 
-// The first cells of a line; what stands behind them is not looked at.
-void readCells(const Line& line, int32_t count, std::array<float, kCellsInLine>& cells) {
+// The first cells of the next line; what stands behind them is not looked at.
+void readCells(int32_t count, std::array<float, kCellsInLine>& cells) {
     if (count == kCellsInLine) {
-        read<"1P,4E14.7">(line, cells[0], cells[1], cells[2], cells[3]);
+        IMPLIN<"1P,4E14.7">(cells[0], cells[1], cells[2], cells[3]);
         return;
     }
+    Line line;
+    IMPLIN(line);
     for (int32_t cell = 0; cell < count; ++cell) {
         const auto first = static_cast<std::size_t>(cell) * 14 + 1;
         cells[static_cast<std::size_t>(cell)] =
@@ -37,18 +38,15 @@ void readCells(const Line& line, int32_t count, std::array<float, kCellsInLine>&
 // A row grows as its lines arrive, whatever the width says.
 void readRow(int32_t columns, float noData, qx::GrowingBytes& row) {
     row.resize(0);
-    Line line;
     std::array<float, kCellsInLine> cells{};
     for (int32_t left = columns; left > 0; left -= kCellsInLine) {
-        IMPLIN(line);
         const int32_t count = left < kCellsInLine ? left : kCellsInLine;
-        readCells(line, count, cells);
-        for (int32_t cell = 0; cell < count; ++cell) {
-            const float value = cells[static_cast<std::size_t>(cell)];
-            const float kept = isNoData(value) ? noData : value;
-            row.resize(row.size() + sizeof kept);
-            std::memcpy(row.data() + row.size() - sizeof kept, &kept, sizeof kept);
-        }
+        readCells(count, cells);
+        for (float& cell : cells) cell = isNoData(cell) ? noData : cell;
+        const std::size_t before = row.size();
+        const std::size_t bytes = static_cast<std::size_t>(count) * sizeof(float);
+        row.resize(before + bytes);
+        std::memcpy(row.data() + before, cells.data(), bytes);
     }
 }
 

@@ -74,11 +74,13 @@ template <class T>
     return true;
 }
 
+inline constexpr std::size_t kWidestInteger = 15;
+
 // An integer of up to fifteen columns: blanks, a minus or none, then digits to the end of the
 // field.
 template <std::size_t width, class T>
 [[gnu::always_inline]] inline bool readInteger(const char* field, T& value) {
-    if constexpr (!kLowestFirst || width == 0 || width > 15) {
+    if constexpr (!kLowestFirst || width == 0 || width > kWidestInteger) {
         return false;
     } else if constexpr (width <= 8) {
         uint64_t last = 0;
@@ -110,9 +112,10 @@ inline double withSign(char sign, double magnitude) {
     return std::bit_cast<double>(std::bit_cast<uint64_t>(magnitude) ^ uint64_t{sign == '-'} << 63);
 }
 
-template <std::size_t width, std::size_t decimals>
-inline constexpr bool kIsRealShape =
-    kLowestFirst && (decimals == 7 || decimals == 14) && width == std::size_t{decimals} + 7;
+// Whether readReal knows such a field.
+constexpr bool isRealShape(std::size_t width, int decimals) {
+    return kLowestFirst && ((width == 14 && decimals == 7) || (width == 21 && decimals == 14));
+}
 
 // Eight characters as they lie in memory.
 consteval uint64_t word(const char (&text)[9]) {

@@ -16,10 +16,13 @@
 #include <array>
 #include <cstddef>
 #include <string_view>
+#include <tuple>
 #include <type_traits>
 
 #include "host/cpp/fixed_text.h"
 #include "stream/fast_fields.h"
+#include "stream/fast_integers.h"
+#include "stream/fast_reals.h"
 #include "stream/fields.h"
 
 namespace intake {
@@ -49,6 +52,7 @@ constexpr std::size_t kMaximumFields = 24;
 struct Layout {
     std::array<Field, kMaximumFields> fields{};
     std::size_t count = 0;
+    std::size_t width = 0;  // columns up to the end of the last field
 };
 
 consteval Layout parseFormat(std::string_view text) {
@@ -86,6 +90,7 @@ consteval Layout parseFormat(std::string_view text) {
                 layout.fields[layout.count++] = {kind, column, width, decimals, scale};
                 column += width;
             }
+            layout.width = column;
         } else {
             throw "an unknown letter in a format";
         }
@@ -121,7 +126,7 @@ template <Field field, class T>
         } else if constexpr (std::is_floating_point_v<T>) {
             static_assert(field.kind == 'E', "a real wants an E field");
             double wide = 0;
-            if constexpr (fast::kIsRealShape<field.width, std::size_t{field.decimals}>) {
+            if constexpr (fast::isRealShape(field.width, field.decimals)) {
                 if (text.size() == field.width &&
                     fast::readReal<field.decimals>(text.data(), wide)) {
                     value = static_cast<T>(wide);
@@ -145,6 +150,77 @@ template <Field field, class T>
 template <FormatText text>
 inline constexpr Layout kLayout = parseFormat(text.view());
 
+// Whether the fast readers know all fields, which leave no column to anything else.
+template <class... Values>
+consteval bool isFast(const Layout& layout) {
+    std::size_t column = 0;
+    for (std::size_t index = 0; index < layout.count; ++index) {
+        const Field& field = layout.fields[index];
+        const bool known = field.kind == 'I'   ? field.width <= fast::kWidestInteger
+                           : field.kind == 'E' ? fast::isRealShape(field.width, field.decimals)
+                                               : false;
+        if (!known || field.first != column) return false;
+        column += field.width;
+    }
+    return layout.count > 0 && (!std::is_same_v<std::remove_const_t<Values>, Ignored> && ...);
+}
+
+// How many fields of one shape stand side by side from one on.
+consteval std::size_t runOfFields(const Layout& layout, std::size_t first) {
+    std::size_t end = first;
+    while (end < layout.count && layout.fields[end].kind == layout.fields[first].kind &&
+           layout.fields[end].width == layout.fields[first].width) {
+        ++end;
+    }
+    return end - first;
+}
+
+// All fields from one on, by the fast readers. False, and some values are set, if one of them asks
+// for more care.
+template <const Layout& layout, std::size_t index = 0, class... Values>
+[[gnu::always_inline]] inline bool readFast(const char* line,
+                                            const std::tuple<Values&...>& values) {
+    if constexpr (index == layout.count) {
+        return true;
+    } else {
+        constexpr Field field = layout.fields[index];
+        constexpr std::size_t count = runOfFields(layout, index);
+        const char* const fields = line + field.first;
+        const bool read = [&]<std::size_t... each>(std::index_sequence<each...>) {
+            if constexpr (field.kind == 'E') {
+                std::array<double, count> reals;
+                if (!fast::readReals<field.decimals, count>(fields, reals.data())) return false;
+                ((std::get<index + each>(values) = static_cast<std::remove_reference_t<
+                      std::tuple_element_t<index + each, std::tuple<Values&...>>>>(reals[each])),
+                 ...);
+                return true;
+            } else if constexpr ((std::is_same_v<
+                                      int32_t&,
+                                      std::tuple_element_t<index + each, std::tuple<Values&...>>> &&
+                                  ...)) {
+                std::array<int32_t, count> integers;
+                if (!fast::readIntegers<field.width, count>(fields, integers.data())) return false;
+                ((std::get<index + each>(values) = integers[each]), ...);
+                return true;
+            } else {
+                return (fast::readInteger<field.width>(fields + each * field.width,
+                                                       std::get<index + each>(values)) &&
+                        ...);
+            }
+        }
+        (std::make_index_sequence<count>{});
+        return read && readFast<layout, index + count>(line, values);
+    }
+}
+
+template <const Layout& layout, class... Values>
+void readEach(std::string_view line, Values&... values) {
+    [&]<std::size_t... index>(std::index_sequence<index...>) {
+        (readField<layout.fields[index]>(line, values), ...);
+    }
+    (std::index_sequence_for<Values...>{});
+}
+
 }  // namespace detail
 
 // Reads the fields of the format in their order into the values, of which there must be as many.
@@ -152,10 +228,13 @@ template <detail::FormatText text, class... Values>
 void read(std::string_view line, Values&... values) {
     constexpr const detail::Layout& layout = detail::kLayout<text>;
     static_assert(layout.count == sizeof...(values), "as many values as the format has fields");
-    [&]<std::size_t... index>(std::index_sequence<index...>) {
-        (detail::readField<layout.fields[index]>(line, values), ...);
+    if constexpr (detail::isFast<Values...>(layout) && layout.count > 1) {
+        if (line.size() >= layout.width + fast::kBehindReals &&
+            detail::readFast<layout>(line.data(), std::tie(values...))) [[likely]] {
+            return;
+        }
     }
-    (std::index_sequence_for<Values...>{});
+    detail::readEach<layout>(line, values...);
 }
 template <detail::FormatText text, std::size_t N, class... Values>
 void read(const qx::FixedText<N>& line, Values&... values) {

@@ -19,7 +19,6 @@ namespace {
 
 constexpr char kCarriageReturn = '\r';
 constexpr int32_t kEndOfFile = -1;
-constexpr int64_t kLinesBetweenReports = 4096;
 
 void tellProgress() {
     int64_t bytes = 0;
@@ -27,13 +26,25 @@ void tellProgress() {
     call(prgtel_, static_cast<int32_t>(QX_SECTION_GOES_ON), "", reader.logicalLines, bytes);
 }
 
+// Once the channel has been opened or gone back.
+void findWindow(const int32_t& channel) {
+    call(awindo_, channel, &reader.window);
+    if (!reader.window) reader.window = &emptyWindow;
+}
+
+void closeVolume() {
+    reader.window = &emptyWindow;
+    call(aclose_, reader.IMPUNT);
+}
+
 void openNextVolume() {
     Status status = kSuccess;
-    call(aclose_, reader.IMPUNT);
+    closeVolume();
     call(iename_, reader.IMPNAM, 2, status);
     if (status != kSuccess) fatal("ERROR, next volume %1% does not exist.", reader.IMPNAM);
     call(aopen_, reader.IMPUNT, reader.IMPNAM, status);
     if (status != kSuccess) fatal("Could not open %1%", reader.IMPNAM);
+    findWindow(reader.IMPUNT);
     reader.lineNumber = 0;
     inform("Reading next volume: %1%", reader.IMPNAM);
 }
@@ -172,6 +183,7 @@ void RDVER(const int32_t& channel) {
         call(arewnd_, channel, status);
         reader.lineNumber = 0;
     }
+    findWindow(channel);
     const std::string_view text = first.view();
     reader.HASCR = !text.empty() && text.back() == kCarriageReturn;
 }
@@ -194,7 +206,9 @@ std::size_t IMPCOM(std::span<char> line) {
 }
 
 void IMPLIN(std::span<char> line) {
-    if (++reader.logicalLines % kLinesBetweenReports == 0) tellProgress();
+    const bool reportDue = isReportDue();
+    ++reader.logicalLines;
+    if (reportDue) tellProgress();
     if (reader.EXPVER == 0) {
         IMPCOM(line);
     } else {
@@ -216,11 +230,12 @@ void rewindToStart() {
     if (reader.IMPNAM == reader.firstVolume) {
         call(arewnd_, reader.IMPUNT, status);
     } else {
-        call(aclose_, reader.IMPUNT);
+        closeVolume();
         reader.IMPNAM = reader.firstVolume;
         call(aopen_, reader.IMPUNT, reader.IMPNAM, status);
     }
     if (status != kSuccess) fatal("Could not open %1%", reader.IMPNAM);
+    findWindow(reader.IMPUNT);
     reader.lineNumber = 0;
 }
 

@@ -4,9 +4,13 @@
 
 #include <cstdint>
 
+#include "host/qxbase/channels.h"
 #include "stream/types.h"
 
 namespace intake {
+
+// Of a stream that is not open.
+inline QxWindow emptyWindow{};
 
 struct ReaderState {
     Name IMPNAM;          // name of the current volume
@@ -21,15 +25,22 @@ struct ReaderState {
     int32_t NOHEAD = 0;   // 1 for a file without a header line
     bool HASCR = false;   // lines carry a carriage return that is to be blanked
 
-    Name firstVolume;          // to go back to from the precision pass
-    int64_t lineNumber = 0;    // physical lines read of the current volume
-    int64_t logicalLines = 0;  // lines given out by IMPLIN
-    int32_t volumesMade = 0;   // writer: volumes that have been created
-    bool onlyCounts = false;   // writer: physical lines are counted and not written
-    int64_t linesCounted = 0;  // writer: how many
+    Name firstVolume;                 // to go back to from the precision pass
+    int64_t lineNumber = 0;           // physical lines read of the current volume
+    int64_t logicalLines = 0;         // lines given out by IMPLIN
+    int32_t volumesMade = 0;          // writer: volumes that have been created
+    bool onlyCounts = false;          // writer: physical lines are counted and not written
+    int64_t linesCounted = 0;         // writer: how many
+    QxWindow* window = &emptyWindow;  // of the channel, while lines are read from it
 };
 
 extern ReaderState reader;
+
+// Whether the host is told of the progress before the next logical line.
+inline bool isReportDue() {
+    constexpr int64_t kLinesBetweenReports = 4096;
+    return (reader.logicalLines + 1) % kLinesBetweenReports == 0;
+}
 
 }  // namespace intake
 

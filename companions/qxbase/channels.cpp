@@ -113,6 +113,11 @@ void apiece_(const int32_t* channel, char* piece, int32_t* count, int32_t* more,
     *status = statusOf(result);
 }
 
+void awindo_(const int32_t* channel, QxWindow** window) {
+    TextChannel* found = channels.find(*channel);
+    *window = found && found->reader ? &found->reader->window() : nullptr;
+}
+
 void awrite_(const int32_t* channel, const char* text, int32_t* status, int32_t textLength) {
     write(channel, qx::textArgument(text, textLength), true, status);
 }

@@ -12,23 +12,23 @@ TextReader::TextReader(store::File file) : file_(std::move(file)) {
     // A small file needs a small block; one byte more shows its end at once.
     block_.resize(static_cast<std::size_t>(
         std::clamp<int64_t>(size + 1, 4096, static_cast<int64_t>(kBlockBytes))));
+    window_ = {block_.data(), block_.data()};
 }
 
 bool TextReader::refill() {
-    blockStart_ += static_cast<int64_t>(end_);
-    next_ = end_ = 0;
-    const int64_t count = file_.readAt(blockStart_, block_);
+    blockStart_ += window_.end - block_.data();
+    window_ = {block_.data(), block_.data()};
+    const int64_t count = file_.readAt(blockStart_, std::as_writable_bytes(std::span(block_)));
     if (count < 0) failed_ = true;
     if (count <= 0) return false;
-    end_ = static_cast<std::size_t>(count);
+    window_.end += count;
     return true;
 }
 
 bool TextReader::readUsual(char* line, int32_t& count) {
-    const char* start = reinterpret_cast<const char*>(block_.data()) + next_;
-    const std::size_t left = end_ - next_;
-    if (left < kUsualLength || failed_) return false;
-    const void* found = std::memchr(start, '\n', left);
+    const char* start = window_.next;
+    if (left() < kUsualLength || failed_) return false;
+    const void* found = std::memchr(start, '\n', left());
     if (!found) return false;
     const auto size = static_cast<std::size_t>(static_cast<const char*>(found) - start);
     if (size > kUsualLength) return false;
@@ -44,33 +44,32 @@ bool TextReader::readUsual(char* line, int32_t& count) {
         for (std::size_t at = size; at < kUsualLength; ++at) line[at] = ' ';
     }
     count = static_cast<int32_t>(size);
-    next_ += size + 1;
+    window_.next += size + 1;
     return true;
 }
 
 TextReader::Result TextReader::read(char* line, std::size_t length, std::size_t& count,
                                     bool inPieces) {
     count = 0;
-    if (next_ == end_ && !refill()) {
+    if (left() == 0 && !refill()) {
         std::memset(line, ' ', length);
         return failed_ ? Result::kFailed : Result::kEnd;
     }
     for (;;) {
-        const char* start = reinterpret_cast<const char*>(block_.data()) + next_;
-        const std::size_t left = end_ - next_;
-        const void* found = std::memchr(start, '\n', left);
+        const char* start = window_.next;
+        const void* found = std::memchr(start, '\n', left());
         const std::size_t size =
-            found ? static_cast<std::size_t>(static_cast<const char*>(found) - start) : left;
+            found ? static_cast<std::size_t>(static_cast<const char*>(found) - start) : left();
         const std::size_t kept = std::min(size, length - count);
         std::memcpy(line + count, start, kept);
         count += kept;
         if (inPieces && kept < size) {
-            next_ += kept;
+            window_.next += kept;
             return Result::kPiece;
         }
-        next_ += size;
+        window_.next += size;
         if (found) {
-            ++next_;
+            ++window_.next;
             break;
         }
         // The line goes on in the next block, or ends with the file.
@@ -82,7 +81,7 @@ TextReader::Result TextReader::read(char* line, std::size_t length, std::size_t&
 
 void TextReader::rewind() {
     blockStart_ = 0;
-    next_ = end_ = 0;
+    window_ = {block_.data(), block_.data()};
     failed_ = false;
 }
 

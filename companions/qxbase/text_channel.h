@@ -11,6 +11,7 @@
 
 #include "companions/store/appender.h"
 #include "companions/store/open_files.h"
+#include "host/qxbase/channels.h"
 
 namespace qxbase {
 
@@ -28,18 +29,20 @@ class TextReader {
     // The same for a buffer of the usual length, as quickly as most lines can be read; false, and
     // nothing is read, if this one takes more care.
     bool readUsual(char* line, int32_t& count);
-    bool atEnd() { return next_ == end_ && !refill(); }
+    bool atEnd() { return left() == 0 && !refill(); }
     void rewind();
-    int64_t bytesRead() const { return blockStart_ + static_cast<int64_t>(next_); }
+    int64_t bytesRead() const { return blockStart_ + (window_.next - block_.data()); }
+    // What has been read of the file and not been given out. Who moves it on takes the lines.
+    QxWindow& window() { return window_; }
 
   private:
     bool refill();
+    std::size_t left() const { return static_cast<std::size_t>(window_.end - window_.next); }
 
     store::File file_;
-    std::vector<std::byte> block_;
+    std::vector<char> block_;
     int64_t blockStart_ = 0;
-    std::size_t next_ = 0;
-    std::size_t end_ = 0;
+    QxWindow window_{};
     bool failed_ = false;
 };
 

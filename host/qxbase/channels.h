@@ -29,6 +29,20 @@ QX_API void aread_(const int32_t* channel, char* line, int32_t* count, int32_t* 
 QX_API void apiece_(const int32_t* channel, char* piece, int32_t* count, int32_t* more,
                     int32_t* status, int32_t pieceLength);
 
+/* The characters of a file that have been read into memory and that the channel has not given out:
+ * those from next on, up to but without end. */
+typedef struct QxWindow {
+    const char* next;
+    const char* end;
+} QxWindow;
+
+/* Where a channel keeps its window, for a caller that takes characters where they lie: it moves
+ * next forward, up to end at most, and every other operation goes on from there. Only the other
+ * operations put characters into the window; one without any, next equal to end, says nothing of
+ * the file. The address is good until the channel is closed, goes back or is emptied; it is null
+ * for a channel that is not read from. */
+QX_API void awindo_(const int32_t* channel, QxWindow** window);
+
 /* Writes a text as one line: awrite_ up to its last non-blank character with a line end,
  * aput_ all its characters and no line end. status 0, or not 0 for a failed write. */
 QX_API void awrite_(const int32_t* channel, const char* text, int32_t* status, int32_t textLength);

@@ -55,6 +55,10 @@ TEST(Handles, ThatAreNotOpenAreRefused) {
         for (std::size_t place = 0; place < statuses.size(); ++place) {
             EXPECT_NE(statuses[place], 0) << "operation " << place << ", handle " << handle;
         }
+        QxWindow nothing{};
+        QxWindow* window = &nothing;
+        awindo_(&handle, &window);
+        EXPECT_EQ(window, nullptr);
         // These have no status.
         callAll<aclose_, aatend_, abytes_, dclose_, memvwt_, mxfer_, mclose_, ptclos_, ptrec_,
                 icount_, isize_, iclose_, vwrite_, vhead_, vgethd_, vclose_, VwriteC, VheadwC,

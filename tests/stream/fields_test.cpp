@@ -1,5 +1,6 @@
 #include "stream/fields.h"
 
+#include <array>
 #include <bit>
 #include <cmath>
 #include <cstdio>
@@ -168,18 +169,23 @@ TEST(Fields, AFormatReadsEachKindAndBlanksBeyondTheLine) {
 // Fields as the writer makes them, with now and then a character changed.
 class SeededFields {
   public:
-    std::string real(int decimals) {
+    // With any exponent, or mostly with one as coordinates have it.
+    std::string real(int decimals, bool anyExponent = true) {
         char text[32];
         const double mantissa = std::uniform_real_distribution<double>(-10, 10)(engine_);
-        const int exponent = std::uniform_int_distribution<int>(-99, 99)(engine_);
+        const int furthest = anyExponent || engine_() % 8 == 0 ? 99 : 9;
+        const int exponent = std::uniform_int_distribution<int>(-furthest, furthest)(engine_);
         std::snprintf(text, sizeof text, "%*.*f%c%c%02d", decimals + 3, decimals, mantissa, 'E',
                       exponent < 0 ? '-' : '+', std::abs(exponent));
         std::string field(text);
         field.erase(0, field.size() - static_cast<std::size_t>(decimals + 7));
         return changed(field);
     }
-    std::string integer(std::size_t width) {
-        const int digits = std::uniform_int_distribution<int>(0, static_cast<int>(width))(engine_);
+    // Of any number of digits, or mostly of as few as most numbers have.
+    std::string integer(std::size_t width, bool anyDigits = true) {
+        const int fewest = anyDigits ? 0 : 1;
+        const int most = anyDigits || engine_() % 8 == 0 ? static_cast<int>(width) : 8;
+        const int digits = std::uniform_int_distribution<int>(fewest, most)(engine_);
         std::string field(width - static_cast<std::size_t>(digits), ' ');
         for (int digit = 0; digit < digits; ++digit) field += below("0123456789");
         if (digits > 1 && engine_() % 2 == 0) {
@@ -194,7 +200,7 @@ class SeededFields {
     }
     std::string changed(std::string field) {
         if (engine_() % 4 == 0) {
-            field[engine_() % field.size()] = below(" 0+-.EeDd/:*!@?\t\xB0\xFF");
+            field[engine_() % field.size()] = below(" 0+-.EeDd/:*!@?\t\n\r\x10\x1D\xB0\xCF\xFF");
         }
         return field;
     }
@@ -247,6 +253,59 @@ TEST(FastFields, GiveTheCarefulValueBitForBit) {
     EXPECT_GT(compareIntegers<8>(fields, count), count / 2);
     EXPECT_GT(compareIntegers<5>(fields, count), count / 2);
     EXPECT_GT(compareIntegers<1>(fields, count), count / 4);
+}
+
+// Runs of fields side by side, read several at a time. How many runs were.
+template <std::size_t count, class T, class Make, class Quick, class Careful>
+int compareRuns(int runs, Make make, Quick quick, Careful careful) {
+    int taken = 0;
+    for (; runs > 0; --runs) {
+        std::array<std::string, count> fields;
+        std::string text;
+        for (std::string& field : fields) text += field = make();
+        std::array<T, count> values;
+        // A line end and one more character lie behind.
+        if (!quick((text + "\n7").data(), values.data())) continue;
+        ++taken;
+        for (std::size_t index = 0; index < count; ++index) {
+            const bool equal = same(values[index], careful(fields[index]));
+            EXPECT_TRUE(equal) << '"' << text << "\", field " << index;
+            if (!equal) return 0;
+        }
+    }
+    return taken;
+}
+
+template <std::size_t width, std::size_t count>
+int compareIntegerRuns(SeededFields& fields, int runs) {
+    return compareRuns<count, int32_t>(
+        runs, [&] { return fields.integer(width, false); }, fast::readIntegers<width, count>,
+        [](std::string_view field) -> std::optional<double> {
+            int32_t value = 0;
+            if (!parseInteger(field, value)) return std::nullopt;
+            return value;
+        });
+}
+
+template <int decimals, std::size_t count>
+int compareRealRuns(SeededFields& fields, int runs) {
+    return compareRuns<count, double>(
+        runs, [&] { return fields.real(decimals, false); }, fast::readReals<decimals, count>,
+        [](std::string_view field) { return real(field, decimals); });
+}
+
+TEST(FastFields, InRunsGiveTheCarefulValuesBitForBit) {
+    const char* wanted = std::getenv("INTAKE_FIELDS");
+    const int count = wanted ? std::atoi(wanted) : 60000;
+    SeededFields fields;
+    // Three quarters of the fields are sound.
+    EXPECT_GT((compareRealRuns<7, 4>(fields, count)), count / 4);
+    EXPECT_GT((compareRealRuns<7, 5>(fields, count)), count / 5);
+    EXPECT_GT((compareRealRuns<14, 2>(fields, count)), count / 2);
+    EXPECT_GT((compareRealRuns<14, 3>(fields, count)), count / 3);
+    EXPECT_GT((compareIntegerRuns<14, 5>(fields, count)), count / 8);
+    EXPECT_GT((compareIntegerRuns<10, 7>(fields, count)), count / 16);
+    EXPECT_GT((compareIntegerRuns<10, 2>(fields, count)), count / 3);
 }
 
 }  // namespace

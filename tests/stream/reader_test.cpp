@@ -1,4 +1,10 @@
+#include <array>
+#include <bit>
+#include <random>
+#include <sstream>
+
 #include "host/qxbase.h"
+#include "stream/lines.h"
 #include "tests/support/import_test.h"
 
 namespace intake::testing {
@@ -91,6 +97,98 @@ TEST_F(Reader, VolumesJoinAtAnyLine) {
     given(std::string("OS~}"), "in.e02");
     ASSERT_EQ(import("PACKED"), 1);
     EXPECT_EQ(records("arc", "PACKED").size(), 1U);
+}
+
+// Lines of every dress, now and then with a character changed, and for each character of the text
+// which of the four lines it is of; the header line goes with the first.
+struct Dressed {
+    std::string text;
+    std::string kinds;
+};
+Dressed dressedLines(std::mt19937_64& engine, int count) {
+    const std::string lines[] = {kArc, kVertices, kWide, "        12       -50        77"};
+    const std::string ends[] = {"\n", "\n", "\n", "\r\n", "   \n", "  17.5\n", "\r\r\n", ""};
+    const std::string_view letters = " 0+-.Ee/:*\n\r\t\xCF";
+    Dressed all;
+    all.text = engine() % 2 ? "EXP  0 X\n" : "EXP  0 X\r\n";
+    for (int number = 0; number < count; ++number) {
+        std::string line = lines[number % 4];
+        if (engine() % 4 == 0) line[engine() % line.size()] = letters[engine() % letters.size()];
+        if (engine() % 16 == 0) line.resize(engine() % 80, ' ');
+        all.text += line + ends[engine() % std::size(ends)];
+        all.kinds.resize(all.text.size(), static_cast<char>(number % 4));
+    }
+    return all;
+}
+
+// One of the four, read by its format at once or by way of a buffer.
+void readDressed(int kind, bool atOnce, std::array<int32_t, 7>& i, std::array<double, 4>& r) {
+    const auto next = [&]<detail::FormatText format>(auto&... values) {
+        if (atOnce) return IMPLIN<format>(values...);
+        Line line;
+        IMPLIN(line);
+        read<format>(line, values...);
+    };
+    switch (kind) {
+        case 0:
+            return next.operator()<"7I10">(i[0], i[1], i[2], i[3], i[4], i[5], i[6]);
+        case 1:
+            return next.operator()<"1P,4E14.7">(r[0], r[1], r[2], r[3]);
+        case 2:
+            return next.operator()<"1P,2E21.14">(r[0], r[1]);
+        default:
+            return next.operator()<"3I10">(i[0], i[1], i[2]);
+    }
+}
+
+// All that the lines of a file give and say, and where the file stands behind each.
+std::string toldBy(const std::string& file, const std::string& kinds, bool atOnce) {
+    std::ostringstream told;
+    baseinitC();
+    mesink_([](int32_t, const char* text,
+               void* user) { *static_cast<std::ostringstream*>(user) << text << '\n'; },
+            &told);
+    prgset_(
+        [](int32_t, const char*, int64_t lines, int64_t bytes, void* user) {
+            *static_cast<std::ostringstream*>(user) << "progress " << lines << ' ' << bytes << '\n';
+        },
+        &told);
+    reader = {};
+    reader.IMPNAM = Name(file);
+    Status status = kSuccess;
+    call(aopen_, reader.IMPUNT, reader.IMPNAM, status);
+    RDVER(reader.IMPUNT);
+    int64_t bytes = 0;
+    call(abytes_, reader.IMPUNT, bytes);
+    while (static_cast<std::size_t>(bytes) < kinds.size()) {
+        std::array<int32_t, 7> integers{};
+        std::array<double, 4> reals{};
+        try {
+            readDressed(kinds[static_cast<std::size_t>(bytes)], atOnce, integers, reals);
+            for (const int32_t value : integers) told << value << ' ';
+            for (const double value : reals) told << std::bit_cast<uint64_t>(value) << ' ';
+        } catch (...) {
+            told << "failed ";
+        }
+        call(abytes_, reader.IMPUNT, bytes);
+        told << reader.lineNumber << ' ' << reader.logicalLines << ' ' << bytes << '\n';
+    }
+    prgset_(nullptr, nullptr);
+    mesink_(nullptr, nullptr);
+    baseendC();
+    reader = {};
+    return told.str();
+}
+
+TEST_F(Reader, LinesReadWhereTheyLieGiveAndSayTheSame) {
+    std::mt19937_64 engine(3);
+    for (int file = 0; file < 40; ++file) {
+        // The last ones are longer than a block.
+        const auto [text, kinds] = dressedLines(engine, file < 36 ? 300 : 9000);
+        given(text);
+        EXPECT_EQ(toldBy(path("in.e00"), kinds, true), toldBy(path("in.e00"), kinds, false))
+            << file;
+    }
 }
 
 TEST_F(Reader, FailuresEndTheImport) {
