@@ -16,6 +16,7 @@ void addShow(CLI::App& app, Console& console, int& status);
 void addDump(CLI::App& app, Console& console, int& status);
 void addDraw(CLI::App& app, Console& console, int& status);
 void addExport(CLI::App& app, Console& console, int& status);
+void addConvert(CLI::App& app, Console& console, int& status);
 void addPack(CLI::App& app, Console& console, int& status);
 void addUnpack(CLI::App& app, Console& console, int& status);
 

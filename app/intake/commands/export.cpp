@@ -3,6 +3,7 @@
 #include <charconv>
 
 #include "app/intake/commands/commands.h"
+#include "app/intake/export/convert.h"
 #include "formats/formats.h"
 
 namespace program {
@@ -22,8 +23,6 @@ datasets::Box boxOf(const std::string& text) {
     }
     return box;
 }
-
-}  // namespace
 
 void addExportOptions(CLI::App& command, const std::shared_ptr<ExportOptions>& options) {
     std::vector<std::string> names;
@@ -54,18 +53,32 @@ void addExportOptions(CLI::App& command, const std::shared_ptr<ExportOptions>& o
     command.add_flag("--json", options->json, "Print the report as one JSON object");
 }
 
+constexpr char kOutput[] =
+    "The file to make, which ends in .gpkg, .geojson, .geojsonl or .csv; or a folder for CSV";
+
+}  // namespace
+
 void addExport(CLI::App& app, Console& console, int& status) {
     auto* command = app.add_subcommand("export", "Write a dataset in a format that others open");
     auto options = std::make_shared<ExportOptions>();
     command->add_option("DATASET", options->dataset, "The path that was imported to")->required();
-    command
-        ->add_option("OUT", options->output,
-                     "The file to make, which ends in .gpkg, .geojson, .geojsonl or .csv; or a "
-                     "folder for CSV")
-        ->required();
+    command->add_option("OUT", options->output, kOutput)->required();
     addExportOptions(*command, options);
     addKind(*command, options->kind);
     command->callback([=, &console, &status] { status = exportDataset(*options, console); });
+}
+
+void addConvert(CLI::App& app, Console& console, int& status) {
+    auto* command = app.add_subcommand("convert", "Go from an interchange file to such a format");
+    auto options = std::make_shared<ConvertOptions>();
+    // Shares its life with that of the whole.
+    const std::shared_ptr<ExportOptions> output(options, &options->output);
+    command->add_option("FILE", options->file, "The file, or its first volume")->required();
+    command->add_option("OUT", output->output, kOutput)->required();
+    command->add_flag("--partial", options->partial,
+                      "Also what could be read of a file that is damaged");
+    addExportOptions(*command, output);
+    command->callback([=, &console, &status] { status = convertFile(*options, console); });
 }
 
 }  // namespace program

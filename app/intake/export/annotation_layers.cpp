@@ -73,7 +73,7 @@ void exportLines(Target& target, const std::string& coverage, std::string_view s
     }
     if (!any || !target.wants(name)) return;
     target.begin(layerOf(name, GeometryType::kLineString,
-                         std::string(part.title) + " of " + coverage, {"number"}));
+                         std::string(part.title) + " of " + nameOf(coverage), {"number"}));
     eachOf(target, coverage, subclass, [&](const Annotation& annotation, int32_t record) {
         const std::span<const Point> line = part.lineOf(annotation);
         const Value number[] = {int64_t{record}};
@@ -86,8 +86,8 @@ void exportSubclass(Target& target, const std::string& coverage, std::string_vie
     const std::string name = nameWith("annotation", subclass);
     if (target.wants(name)) {
         TableColumns table = columnsOf(target, coverage, "TAT" + std::string(subclass));
-        formats::Layer layer =
-            layerOf(name, GeometryType::kPoint, "Annotation of " + coverage, {"number", "user_id"});
+        formats::Layer layer = layerOf(name, GeometryType::kPoint,
+                                       "Annotation of " + nameOf(coverage), {"number", "user_id"});
         layer.columns.push_back({"text", formats::ColumnType::kText, QX_ANNO_CHARACTERS});
         layer.columns.push_back({"height", formats::ColumnType::kReal, 8});
         layer.columns.push_back({"angle", formats::ColumnType::kReal, 8});

@@ -27,7 +27,7 @@ void exportArcs(Target& target, const std::string& coverage) {
     if (!target.wants("arcs")) return;
     TableColumns table = columnsOf(target, coverage, "AAT");
     target.begin(layerOf(
-        "arcs", GeometryType::kLineString, "Arcs of " + coverage,
+        "arcs", GeometryType::kLineString, "Arcs of " + nameOf(coverage),
         {"number", "user_id", "from_node", "to_node", "left_polygon", "right_polygon"}, table));
     std::vector<formats::Value> values;
     eachWithin(target, datasets::arcs(coverage), coverage, datasets::Indexed::arcs, {},
@@ -95,7 +95,8 @@ void exportNodes(Target& target, const std::string& coverage, const ArcSurvey& s
         places.add(arc.toNode, arc.vertices.back());
     }
     TableColumns table = columnsOf(target, coverage, "NAT");
-    target.begin(layerOf("nodes", GeometryType::kPoint, "Nodes of " + coverage, {"number"}, table));
+    target.begin(
+        layerOf("nodes", GeometryType::kPoint, "Nodes of " + nameOf(coverage), {"number"}, table));
     std::vector<formats::Value> values;
     places.each([&](int32_t number, const Point& place) {
         if (!isWithin(target, place)) return;
@@ -109,7 +110,8 @@ void exportNodes(Target& target, const std::string& coverage, const ArcSurvey& s
 void exportLinks(Target& target, const std::string& coverage) {
     datasets::Links links = datasets::links(coverage);
     if (!links || !target.wants("links")) return;
-    target.begin(layerOf("links", GeometryType::kLineString, "Links of " + coverage, {"number"}));
+    target.begin(
+        layerOf("links", GeometryType::kLineString, "Links of " + nameOf(coverage), {"number"}));
     for (const datasets::Link& link : links) {
         const Point ends[] = {link.from, link.to};
         const datasets::Box box = {

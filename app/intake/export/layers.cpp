@@ -21,6 +21,10 @@ TableColumns columnsOf(Target& target, const std::string& dataset, std::string_v
     return {};
 }
 
+std::string nameOf(const std::string& dataset) {
+    return toUtf8(dataset.substr(dataset.find_last_of('/') + 1));
+}
+
 std::string nameWith(std::string_view name, std::string_view subclass) {
     std::string text(name);
     if (!subclass.empty()) text += '_' + toUtf8(subclass);

@@ -47,6 +47,9 @@ void exportTexts(Target& target, const std::string& dataset);
 // The columns of the table of a dataset whose name ends in the suffix: "AAT", "PATZONES".
 TableColumns columnsOf(Target& target, const std::string& dataset, std::string_view suffix);
 
+// The last part of a dataset's path.
+std::string nameOf(const std::string& dataset);
+
 // "annotation_NAMES", or "annotation" for a subclass without a name.
 std::string nameWith(std::string_view name, std::string_view subclass);
 

@@ -14,7 +14,7 @@ void exportLabels(Target& target, const std::string& coverage, bool asPoints) {
     if (!labels || !target.wants(name)) return;
     TableColumns table = asPoints ? columnsOf(target, coverage, "PAT") : TableColumns();
     target.begin(layerOf(name, GeometryType::kPoint,
-                         (asPoints ? "Points of " : "Label points of ") + coverage,
+                         (asPoints ? "Points of " : "Label points of ") + nameOf(coverage),
                          {"number", "user_id", "polygon"}, table));
     std::vector<formats::Value> values;
     eachWithin(target, std::move(labels), coverage, datasets::Indexed::points, {},
@@ -33,7 +33,7 @@ void exportCentroids(Target& target, const std::string& coverage) {
     datasets::Centroids centroids = datasets::centroids(coverage);
     if (!centroids || !target.wants("centroids")) return;
     formats::Layer layer = layerOf("centroids", GeometryType::kPoint,
-                                   "Centroids of the polygons of " + coverage, {"polygon"});
+                                   "Centroids of the polygons of " + nameOf(coverage), {"polygon"});
     layer.columns.push_back({"labels", formats::ColumnType::kText, 0});
     target.begin(layer);
     for (const datasets::Centroid& centroid : centroids) {
@@ -66,8 +66,8 @@ void exportTics(Target& target, const std::string& coverage) {
     const int32_t x = table.table().find("XTIC");
     const int32_t y = table.table().find("YTIC");
     if (x < 0 || y < 0 || !target.wants("tics")) return;
-    target.begin(
-        layerOf("tics", GeometryType::kPoint, "Registration points of " + coverage, {}, table));
+    target.begin(layerOf("tics", GeometryType::kPoint, "Registration points of " + nameOf(coverage),
+                         {}, table));
     std::vector<formats::Value> values;
     for (const datasets::Row& row : table.table()) {
         const datasets::Point place{realOf(row, x), realOf(row, y)};

@@ -119,9 +119,9 @@ class Areas {
     template <class ListOf>
     void writeBroken(const std::string& name, ListOf listOf) {
         if (broken_.empty() || !target_.wants(name)) return;
-        formats::Layer layer =
-            layerOf(name, GeometryType::kLineString,
-                    "Lines of areas that could not be closed, of " + coverage_, {"number", "arc"});
+        formats::Layer layer = layerOf(
+            name, GeometryType::kLineString,
+            "Lines of areas that could not be closed, of " + nameOf(coverage_), {"number", "arc"});
         layer.columns.push_back({"reason", formats::ColumnType::kText, 0});
         target_.begin(layer);
         int64_t fid = 0;
@@ -173,8 +173,8 @@ void exportListed(Target& target, const std::string& coverage, const std::string
     };
     Areas areas(target, coverage, name, areRegions ? "region" : "polygon");
     target.begin(layerOf(name, GeometryType::kMultiPolygon,
-                         (areRegions ? "Regions of " : "Polygons of ") + coverage, {"number"},
-                         table));
+                         (areRegions ? "Regions of " : "Polygons of ") + nameOf(coverage),
+                         {"number"}, table));
     std::vector<Value> values;
     std::vector<int32_t> list;
     eachWithin(target, open(), coverage, what, subclass,
@@ -198,7 +198,7 @@ void exportBesideArcs(Target& target, const std::string& coverage, TableColumns 
     }
     lists.finish();
     Areas areas(target, coverage, "polygons", "polygon");
-    target.begin(layerOf("polygons", GeometryType::kMultiPolygon, "Polygons of " + coverage,
+    target.begin(layerOf("polygons", GeometryType::kMultiPolygon, "Polygons of " + nameOf(coverage),
                          {"number"}, table));
     std::vector<Value> values;
     for (const int32_t polygon : lists.polygons()) {
@@ -236,9 +236,10 @@ void exportRegions(Target& target, const std::string& coverage) {
 void exportBoxes(Target& target, const std::string& coverage) {
     datasets::Polygons boxes = datasets::polygons(coverage, datasets::PolygonSource::boxes);
     if (!boxes || !target.wants("polygon_boxes")) return;
-    target.begin(layerOf("polygon_boxes", GeometryType::kPolygon,
-                         "Boxes of polygons that were stored without their arcs, of " + coverage,
-                         {"number"}));
+    target.begin(
+        layerOf("polygon_boxes", GeometryType::kPolygon,
+                "Boxes of polygons that were stored without their arcs, of " + nameOf(coverage),
+                {"number"}));
     for (const datasets::Polygon& each : boxes) {
         if (!isWithin(target, each.box)) continue;
         const auto& [xmin, ymin, xmax, ymax] = each.box;

@@ -35,7 +35,8 @@ bool isNode(int32_t number, const std::vector<Spot>& spots) {
 
 void exportNodesOf(Target& target, const std::string& path, const std::vector<Spot>& spots) {
     if (!target.wants("nodes")) return;
-    target.begin(layerOf("nodes", GeometryType::kPointZ, "Nodes of " + path, {"number", "id"}));
+    target.begin(
+        layerOf("nodes", GeometryType::kPointZ, "Nodes of " + nameOf(path), {"number", "id"}));
     for (const datasets::Node& node : datasets::nodes(path)) {
         if (!node.place || static_cast<std::size_t>(node.number) > spots.size()) break;
         if (!isWithin(target, *node.place)) continue;
@@ -70,8 +71,8 @@ class Mask {
 
 void exportTriangles(Target& target, const std::string& path, const std::vector<Spot>& spots) {
     if (!target.wants("triangles")) return;
-    target.begin(
-        layerOf("triangles", GeometryType::kPolygonZ, "Triangles of " + path, {"number", "shown"}));
+    target.begin(layerOf("triangles", GeometryType::kPolygonZ, "Triangles of " + nameOf(path),
+                         {"number", "shown"}));
     Mask mask(path);
     for (const datasets::Triangle& triangle : datasets::triangles(path)) {
         if (!triangle.nodes) break;
@@ -106,7 +107,7 @@ void exportTriangles(Target& target, const std::string& path, const std::vector<
 // The hull's numbers name nodes around the surface; one that names none parts two rings.
 void exportHull(Target& target, const std::string& path, const std::vector<Spot>& spots) {
     if (!target.wants("hull")) return;
-    target.begin(layerOf("hull", GeometryType::kLineString, "Hull of " + path, {"number"}));
+    target.begin(layerOf("hull", GeometryType::kLineString, "Hull of " + nameOf(path), {"number"}));
     std::vector<datasets::Point> line;
     int64_t fid = 0;
     const auto finish = [&] {

@@ -92,7 +92,7 @@ void exportTexts(Target& target, const std::string& dataset) {
 void exportSmallTables(Target& target, const std::string& coverage) {
     if (auto rows = datasets::tolerances(coverage); rows && target.wants("tolerances")) {
         formats::Layer layer = layerOf("tolerances", GeometryType::kNone,
-                                       "Tolerances of " + coverage, {"column1", "column2"});
+                                       "Tolerances of " + nameOf(coverage), {"column1", "column2"});
         layer.columns.push_back({"value", formats::ColumnType::kReal, 8});
         target.begin(layer);
         for (const datasets::Tolerance& each : rows) {
@@ -103,7 +103,7 @@ void exportSmallTables(Target& target, const std::string& coverage) {
     }
     if (auto rows = datasets::addressTexts(coverage); rows && target.wants("address_texts")) {
         formats::Layer layer = layerOf("address_texts", GeometryType::kNone,
-                                       "Address texts of " + coverage, {"value"});
+                                       "Address texts of " + nameOf(coverage), {"value"});
         layer.columns.push_back({"text", formats::ColumnType::kText, 8});
         target.begin(layer);
         std::string room;
@@ -115,7 +115,7 @@ void exportSmallTables(Target& target, const std::string& coverage) {
         target.end();
     }
     exportIntegers(target, datasets::addressIntegers(coverage), "address_integers",
-                   "Address integers of " + coverage, {"number", "a", "b", "c", "d"},
+                   "Address integers of " + nameOf(coverage), {"number", "a", "b", "c", "d"},
                    [](const datasets::AddressIntegers& record, auto add) {
                        for (const auto& [a, b, c, d] : record.entries) {
                            add({record.number, a, b, c, d});
@@ -125,7 +125,7 @@ void exportSmallTables(Target& target, const std::string& coverage) {
          datasets::subclasses(coverage, datasets::Subclassed::regionPairs)) {
         exportIntegers(target, datasets::regionPairs(coverage, subclass),
                        nameWith("region_pairs", subclass),
-                       "Regions and their polygons, of " + coverage, {"number", "a", "b"},
+                       "Regions and their polygons, of " + nameOf(coverage), {"number", "a", "b"},
                        [](const datasets::RegionPair& record, auto add) {
                            add({record.number, record.pair[0], record.pair[1]});
                        });

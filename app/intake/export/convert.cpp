@@ -1,0 +1,45 @@
+#include "app/intake/export/convert.h"
+
+#include <filesystem>
+
+#include "app/intake/import.h"
+#include "app/intake/interrupts.h"
+#include "app/intake/temporary_folder.h"
+
+namespace program {
+
+namespace {
+
+// The name of the dataset: that of the file, without its folder and its endings.
+std::string nameFor(const std::string& file) {
+    std::string name = std::filesystem::path(file).filename().string();
+    name = name.substr(0, name.find('.', 1));
+    return name.empty() || name == "-" ? "dataset" : name;
+}
+
+}  // namespace
+
+int convertFile(const ConvertOptions& options, Console& console) {
+    const Interrupts interrupts;
+    const TemporaryFolder workspace;
+    ImportOptions import;
+    import.file = options.file;
+    import.dataset = workspace.path() + '/' + nameFor(options.file);
+    import.quiet = options.output.quiet;
+    const int imported = importFile(import, console);
+    if (interruptedBy() != 0) return Interrupted(interruptedBy()).exitStatus();
+    if (imported == kWrongUsage) return imported;
+    if (imported == kEnded && !options.partial) {
+        complain(console, options.output.output +
+                              " was not made, for the file could not be read to its end; with "
+                              "--partial it gets what was read");
+        return imported;
+    }
+    ExportOptions output = options.output;
+    output.dataset = import.dataset;
+    const int exported = exportDataset(output, console);
+    return exported == kDone || (exported == kComplained && imported == kEnded) ? imported
+                                                                                : exported;
+}
+
+}  // namespace program
