@@ -6,6 +6,8 @@ packages_for() {
         tests) echo pkg-config python3 ;;
         fuzz) echo clang libclang-rt-14-dev llvm ;;
         coverage) echo gcovr ;;
+        clients) echo python3 sqlite3 libsqlite3-mod-spatialite proj-bin ;;
+        npm) echo nodejs npm ;;
         format) echo clang-format git ;;
         tidy) echo clang-tidy ;;
     esac
