@@ -24,7 +24,7 @@ Rebuilds geographic datasets from an 80-column interchange text file.)";
 
 // In the order of the help.
 constexpr void (*kCommands[])(CLI::App&, Console&, int&) = {
-    addImport, addShow, addDump, addDraw, addPack, addUnpack,
+    addImport, addShow, addDump, addDraw, addExport, addPack, addUnpack,
 };
 
 }  // namespace

@@ -15,6 +15,7 @@ void addImport(CLI::App& app, Console& console, int& status);
 void addShow(CLI::App& app, Console& console, int& status);
 void addDump(CLI::App& app, Console& console, int& status);
 void addDraw(CLI::App& app, Console& console, int& status);
+void addExport(CLI::App& app, Console& console, int& status);
 void addPack(CLI::App& app, Console& console, int& status);
 void addUnpack(CLI::App& app, Console& console, int& status);
 

@@ -1,0 +1,253 @@
+// The layers of areas: polygons, regions, and what of them did not close.
+#include <limits>
+#include <set>
+
+#include "app/intake/export/layers.h"
+#include "datasets/coverage.h"
+#include "datasets/features.h"
+#include "topology/arcs_by_polygon.h"
+#include "topology/assembler.h"
+
+namespace program {
+
+namespace {
+
+using datasets::Box;
+using formats::GeometryType;
+using formats::Value;
+using topology::Shape;
+
+// The arcs of a coverage by the numbers that they were stored with.
+class CoverageArcs : public topology::ArcSource {
+  public:
+    explicit CoverageArcs(const std::string& coverage) : arcs_(datasets::arcs(coverage)) {
+        int32_t record = 0;
+        for (const datasets::Arc& arc : arcs_) {
+            ++record;
+            if (records_.empty() && arc.number == record) continue;
+            if (records_.empty()) {
+                for (int32_t each = 1; each < record; ++each) records_.push_back({each, each});
+            }
+            records_.push_back({arc.number, record});
+        }
+        // Of several arcs of one number the first is the one.
+        std::stable_sort(records_.begin(), records_.end(), [](const auto& one, const auto& other) {
+            return one.first < other.first;
+        });
+    }
+
+    bool vertices(int32_t number, std::vector<topology::Point>& vertices) override {
+        const datasets::Arc* arc = arcs_.at(recordOf(number));
+        if (!arc) return false;
+        for (const datasets::Point& each : arc->vertices) vertices.push_back({each.x, each.y});
+        return true;
+    }
+
+  private:
+    int32_t recordOf(int32_t number) const {
+        if (records_.empty()) return number;
+        const auto found =
+            std::lower_bound(records_.begin(), records_.end(), number,
+                             [](const auto& each, int32_t wanted) { return each.first < wanted; });
+        return found != records_.end() && found->first == number ? found->second : 0;
+    }
+
+    datasets::Arcs arcs_;
+    // Number and record of each; empty where they are all equal.
+    std::vector<std::pair<int32_t, int32_t>> records_;
+};
+
+// A shape as a format takes it.
+class ShapeGeometry {
+  public:
+    formats::Geometry of(const Shape& shape) {
+        parts_.clear();
+        for (std::size_t ring = 0; ring < shape.rings(); ++ring) {
+            const auto points = shape.ring(ring);
+            parts_.emplace_back(&points.front().x, points.size() * 2);
+        }
+        return {parts_, shape.ringCounts};
+    }
+
+  private:
+    std::vector<std::span<const double>> parts_;
+};
+
+Box boxOf(const Shape& shape) {
+    constexpr double kFar = std::numeric_limits<double>::infinity();
+    Box box = {kFar, kFar, -kFar, -kFar};
+    for (std::size_t ring = 0; ring < shape.rings(); ++ring) {
+        for (const topology::Point& point : shape.ring(ring)) {
+            box = {std::min(box[0], point.x), std::min(box[1], point.y), std::max(box[2], point.x),
+                   std::max(box[3], point.y)};
+        }
+    }
+    return box;
+}
+
+// The areas of one file, written one by one. Those with something left out are kept by number, and
+// made once more for the lines of the layer "unclosed".
+class Areas {
+  public:
+    Areas(Target& target, const std::string& coverage, std::string layer, std::string noun)
+        : target_(target),
+          coverage_(coverage),
+          layer_(std::move(layer)),
+          noun_(std::move(noun)),
+          arcs_(coverage),
+          assembler_(arcs_) {}
+
+    // List is the arcs around the area.
+    void add(int32_t number, std::span<const int32_t> list, std::vector<Value>& values,
+             TableColumns& table, bool alreadyWithin) {
+        const Shape& shape = assembler_.assemble(list);
+        if (!alreadyWithin && target_.options().within && !isWithin(target_, boxOf(shape))) return;
+        values.assign(1, int64_t{number});
+        table.append(number, target_.decoder(), values);
+        target_.add(number, geometry_.of(shape), values);
+        if (shape.problems.empty()) return;
+        target_.incomplete();
+        if (shape.lines() != 0) broken_.push_back(number);
+        for (const Shape::Problem& problem : shape.problems) {
+            std::string example = noun_ + ' ' + std::to_string(number);
+            if (problem.arc != 0) example += ", arc " + std::to_string(problem.arc);
+            target_.report().loss(layer_, topology::words(problem.reason), example);
+        }
+    }
+
+    // listOf(number) gives the list of an area again.
+    template <class ListOf>
+    void writeBroken(const std::string& name, ListOf listOf) {
+        if (broken_.empty() || !target_.wants(name)) return;
+        formats::Layer layer =
+            layerOf(name, GeometryType::kLineString,
+                    "Lines of areas that could not be closed, of " + coverage_, {"number", "arc"});
+        layer.columns.push_back({"reason", formats::ColumnType::kText, 0});
+        target_.begin(layer);
+        int64_t fid = 0;
+        std::vector<datasets::Point> points;
+        for (const int32_t number : broken_) {
+            const Shape& shape = assembler_.assemble(listOf(number));
+            for (const Shape::Problem& problem : shape.problems) {
+                const Value values[] = {int64_t{number}, int64_t{problem.arc},
+                                        topology::words(problem.reason)};
+                for (std::size_t line = 0; line < problem.lines; ++line) {
+                    points.clear();
+                    for (const auto& each : shape.line(problem.firstLine + line)) {
+                        points.push_back({each.x, each.y});
+                    }
+                    target_.addLine(++fid, points, values);
+                }
+            }
+        }
+        target_.end();
+    }
+
+  private:
+    Target& target_;
+    const std::string& coverage_;
+    std::string layer_;
+    std::string noun_;
+    CoverageArcs arcs_;
+    topology::Assembler assembler_;
+    ShapeGeometry geometry_;
+    std::vector<int32_t> broken_;
+};
+
+std::span<const int32_t> listOf(const datasets::Polygon& polygon, std::vector<int32_t>& list) {
+    list.clear();
+    for (const datasets::RingArc& each : polygon.arcs) list.push_back(each.arc);
+    return list;
+}
+
+// The polygon that lies around all others.
+constexpr int32_t kOutside = 1;
+
+// Areas with their lists in a file of their own.
+void exportListed(Target& target, const std::string& coverage, const std::string& name,
+                  const std::string& unclosed, datasets::Indexed what, std::string_view subclass,
+                  TableColumns table) {
+    const bool areRegions = what == datasets::Indexed::regions;
+    const auto open = [&] {
+        return areRegions ? datasets::regions(coverage, subclass) : datasets::polygons(coverage);
+    };
+    Areas areas(target, coverage, name, areRegions ? "region" : "polygon");
+    target.begin(layerOf(name, GeometryType::kMultiPolygon,
+                         (areRegions ? "Regions of " : "Polygons of ") + coverage, {"number"},
+                         table));
+    std::vector<Value> values;
+    std::vector<int32_t> list;
+    eachWithin(target, open(), coverage, what, subclass,
+               [&](const datasets::Polygon& polygon, int32_t record) {
+                   if (!areRegions && record == kOutside) return;
+                   areas.add(record, listOf(polygon, list), values, table, true);
+               });
+    target.end();
+    datasets::Polygons again = open();
+    areas.writeBroken(unclosed, [&](int32_t number) {
+        const datasets::Polygon* polygon = again.at(number);
+        return polygon ? listOf(*polygon, list) : std::span<const int32_t>();
+    });
+}
+
+// Areas by what lies left and right of the arcs.
+void exportBesideArcs(Target& target, const std::string& coverage, TableColumns table) {
+    topology::ArcsByPolygon lists;
+    for (const datasets::Arc& arc : datasets::arcs(coverage)) {
+        lists.add(arc.number, arc.leftPolygon, arc.rightPolygon);
+    }
+    lists.finish();
+    Areas areas(target, coverage, "polygons", "polygon");
+    target.begin(layerOf("polygons", GeometryType::kMultiPolygon, "Polygons of " + coverage,
+                         {"number"}, table));
+    std::vector<Value> values;
+    for (const int32_t polygon : lists.polygons()) {
+        if (polygon == kOutside) continue;
+        areas.add(polygon, lists.of(polygon), values, table, false);
+    }
+    target.end();
+    areas.writeBroken("unclosed", [&](int32_t number) { return lists.of(number); });
+}
+
+}  // namespace
+
+void exportPolygons(Target& target, const std::string& coverage, const ArcSurvey& survey) {
+    if (!survey.polygons || !target.wants("polygons")) return;
+    TableColumns table = columnsOf(target, coverage, "PAT");
+    if (survey.ownLists) {
+        exportListed(target, coverage, "polygons", "unclosed", datasets::Indexed::polygons, {},
+                     std::move(table));
+    } else {
+        exportBesideArcs(target, coverage, std::move(table));
+    }
+}
+
+void exportRegions(Target& target, const std::string& coverage) {
+    for (const std::string& subclass :
+         datasets::subclasses(coverage, datasets::Subclassed::regions)) {
+        const std::string name = nameWith("regions", subclass);
+        if (!target.wants(name)) continue;
+        exportListed(target, coverage, name, nameWith("unclosed_regions", subclass),
+                     datasets::Indexed::regions, subclass,
+                     columnsOf(target, coverage, "PAT" + subclass));
+    }
+}
+
+void exportBoxes(Target& target, const std::string& coverage) {
+    datasets::Polygons boxes = datasets::polygons(coverage, datasets::PolygonSource::boxes);
+    if (!boxes || !target.wants("polygon_boxes")) return;
+    target.begin(layerOf("polygon_boxes", GeometryType::kPolygon,
+                         "Boxes of polygons that were stored without their arcs, of " + coverage,
+                         {"number"}));
+    for (const datasets::Polygon& each : boxes) {
+        if (!isWithin(target, each.box)) continue;
+        const auto& [xmin, ymin, xmax, ymax] = each.box;
+        const datasets::Point ring[] = {
+            {xmin, ymin}, {xmax, ymin}, {xmax, ymax}, {xmin, ymax}, {xmin, ymin}};
+        const Value number[] = {int64_t{each.number}};
+        target.addLine(each.number, ring, number);
+    }
+    target.end();
+}
+
+}  // namespace program

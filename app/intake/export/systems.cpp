@@ -1,0 +1,32 @@
+#include "app/intake/export/systems.h"
+
+#include <stdexcept>
+
+#include "app/intake/module.h"
+#include "datasets/side_texts.h"
+
+namespace program {
+
+const crs::Systems& systems() { return loadModule<crs::Systems>("proj"); }
+
+crs::ReferenceSystem systemOf(const std::string& dataset, const std::string& byHand,
+                              ExportReport& report) {
+    if (!byHand.empty()) {
+        crs::ReferenceSystem system = systems().byHand(byHand);
+        if (!system.defined()) throw std::runtime_error(byHand + ": " + system.stoppedBy);
+        return system;
+    }
+    std::string text;
+    for (const std::string& line : datasets::sideText(dataset, datasets::SideText::projection)) {
+        (text += line) += '\n';
+    }
+    if (text.empty()) return {};
+    crs::ReferenceSystem system = systems().fromText(text);
+    if (!system.defined()) {
+        report.note("the reference system is undefined: " + system.stoppedBy +
+                    " --crs EPSG:n states it by hand.");
+    }
+    return system;
+}
+
+}  // namespace program

@@ -1,0 +1,23 @@
+// The reference system of a dataset.
+#ifndef APP_INTAKE_EXPORT_SYSTEMS_H
+#define APP_INTAKE_EXPORT_SYSTEMS_H
+
+#include <string>
+
+#include "app/intake/export/report.h"
+#include "crs/systems.h"
+
+namespace program {
+
+// Of the module, which is loaded for it.
+const crs::Systems& systems();
+
+// By the dataset's projection text or, if it is not empty, by hand. What is not known goes to the
+// report, as nothing that is lost: the text is kept. Throws a std::runtime_error for a system by
+// hand that is none.
+crs::ReferenceSystem systemOf(const std::string& dataset, const std::string& byHand,
+                              ExportReport& report);
+
+}  // namespace program
+
+#endif
