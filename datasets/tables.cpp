@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <charconv>
 
+#include "host/qxbase/names.h"
+
 namespace datasets {
 
 using qx::call;
@@ -181,6 +183,12 @@ bool TableListCursor::next() {
 TableList tablesOf(std::string_view dataset) {
     const TablePlace owner = tablePlace(dataset);
     return {owner.directory, owner.name};
+}
+
+TableList tablesIn(std::string_view workspace) {
+    qx::Name path;
+    call(ejoin_, workspace, "*", path);
+    return {tablePlace(path.view()).directory, ""};
 }
 
 }  // namespace datasets

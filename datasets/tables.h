@@ -83,6 +83,11 @@ class Row {
 struct TablePlace {
     std::string directory;
     std::string name;
+    // What stands before the last point: the name of the dataset that the table belongs to, if
+    // there is one. Empty for a name without a point.
+    std::string_view owner() const {
+        return std::string_view(name).substr(0, name.find('.') == name.npos ? 0 : name.rfind('.'));
+    }
 };
 
 // The place of the table at a path: its workspace and, as the last part, its name.
@@ -139,11 +144,10 @@ class TableListCursor {
 };
 using TableList = Range<TableListCursor>;
 
-// The tables that belong to the coverage, grid or stack at a path, in the order of their
-// definition.
+// The tables that belong to the coverage, grid or stack at a path, and all of a workspace, in the
+// order of their definition.
 TableList tablesOf(std::string_view dataset);
-// All tables of an INFO directory.
-inline TableList tablesIn(std::string_view directory) { return {directory, ""}; }
+TableList tablesIn(std::string_view workspace);
 
 }  // namespace datasets
 

@@ -178,14 +178,4 @@ std::vector<Stored> datasetsIn(const std::string& workspace) {
     return found;
 }
 
-std::vector<StoredTable> tablesInWorkspace(const std::string& workspace) {
-    std::vector<StoredTable> tables;
-    for (const TablePlace& place : tablesIn(tablePlace(joined(workspace, "*")).directory)) {
-        const std::size_t point = place.name.rfind('.');
-        tables.push_back(
-            {place, point == std::string::npos ? std::string() : place.name.substr(0, point)});
-    }
-    return tables;
-}
-
 }  // namespace datasets

@@ -7,8 +7,6 @@
 #include <string>
 #include <vector>
 
-#include "datasets/tables.h"
-
 namespace datasets {
 
 struct Dataset {
@@ -33,23 +31,14 @@ Dataset findDataset(const std::string& path, const std::string& kind);
 // The names in a folder by their bytes, "." and ".." not among them; nothing if the path is none.
 std::optional<std::vector<std::string>> namesIn(const std::string& folder);
 
-// What a workspace holds beside its tables, by name, with the kinds that fit. Empty for a path that
-// is no folder.
+// What a workspace holds beside its tables (tables.h), by name, with the kinds that fit. Empty for
+// a path that is no folder.
 struct Stored {
     std::string path;
     std::string name;
     std::vector<std::string> kinds;
 };
 std::vector<Stored> datasetsIn(const std::string& workspace);
-
-// The tables of a workspace in the order of their definition.
-struct StoredTable {
-    TablePlace place;
-    // What stands before the last point: the name of the dataset that a table belongs to if there
-    // is one; empty for a name without a point.
-    std::string owner;
-};
-std::vector<StoredTable> tablesInWorkspace(const std::string& workspace);
 
 }  // namespace datasets
 

@@ -2,6 +2,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <cstring>
 
 #include "app/intake/utf8.h"
 #include "host/cpp/fixed_text.h"
@@ -11,6 +12,58 @@ namespace program {
 namespace {
 
 constexpr std::size_t kPieceBytes = 256 * 1024;
+
+// How many characters stand at the front of a text that print as they are: ASCII, neither a
+// control character nor a quote nor a backslash. Eight at a time where they are many.
+std::size_t plainCharacters(std::string_view text) {
+    constexpr uint64_t kOnes = 0x0101010101010101U;
+    constexpr uint64_t kHighest = kOnes << 7;
+    // The highest bit of each byte that is 0; a borrow may set more behind the first one.
+    const auto zeros = [](uint64_t word) { return (word - kOnes) & ~word; };
+    std::size_t place = 0;
+    for (uint64_t eight; place + sizeof eight <= text.size(); place += sizeof eight) {
+        std::memcpy(&eight, text.data() + place, sizeof eight);
+        const uint64_t control = (eight - kOnes * ' ') & ~eight;
+        const uint64_t special =
+            control | zeros(eight ^ kOnes * '"') | zeros(eight ^ kOnes * '\\') | eight;
+        if ((special & kHighest) != 0) break;
+    }
+    for (; place < text.size(); ++place) {
+        const auto code = static_cast<unsigned char>(text[place]);
+        if (code < ' ' || code > 127 || code == '"' || code == '\\') break;
+    }
+    return place;
+}
+
+// A text that is UTF-8, in quotes.
+void appendQuoted(std::string& line, std::string_view text) {
+    constexpr char kDigits[] = "0123456789abcdef";
+    line += '"';
+    while (!text.empty()) {
+        const std::size_t plain = plainCharacters(text);
+        line.append(text.data(), plain);
+        if (plain == text.size()) break;
+        const auto code = static_cast<unsigned char>(text[plain]);
+        if (code == '"' || code == '\\') {
+            (line += '\\') += text[plain];
+        } else if (code < ' ') {
+            ((line += "\\u00") += kDigits[code >> 4]) += kDigits[code & 15];
+        } else {
+            line += text[plain];
+        }
+        text.remove_prefix(plain + 1);
+    }
+    line += '"';
+}
+
+// Any text, in quotes: what is not UTF-8 is taken as Latin-1.
+void appendText(std::string& line, std::string_view text) {
+    if (plainCharacters(text) == text.size()) {
+        ((line += '"') += text) += '"';
+    } else {
+        appendQuoted(line, toUtf8(text));
+    }
+}
 
 }  // namespace
 
@@ -37,41 +90,29 @@ void JsonLine::separate() {
     first_ = false;
 }
 
+JsonKey::JsonKey(std::string_view name) {
+    appendText(text_, name);
+    text_ += ':';
+}
+
 JsonLine& JsonLine::key(std::string_view name) {
     separate();
-    quoted(toUtf8(name));
+    appendText(text_, name);
     text_ += ':';
     first_ = true;  // the value follows with no comma
     return *this;
 }
 
-void JsonLine::quoted(std::string_view text) {
-    constexpr char kDigits[] = "0123456789abcdef";
-    text_ += '"';
-    for (const char character : text) {
-        const auto code = static_cast<unsigned char>(character);
-        if (character == '"' || character == '\\') {
-            text_ += '\\';
-            text_ += character;
-        } else if (code < 32) {
-            text_ += "\\u00";
-            text_ += kDigits[code >> 4];
-            text_ += kDigits[code & 15];
-        } else {
-            text_ += character;
-        }
-    }
-    text_ += '"';
+JsonLine& JsonLine::key(const JsonKey& name) {
+    separate();
+    text_ += name.text_;
+    first_ = true;
+    return *this;
 }
 
 JsonLine& JsonLine::value(std::string_view text) {
     separate();
-    text = qx::trimText(text);
-    if (isUtf8(text)) {
-        quoted(text);
-    } else {
-        quoted(latin1ToUtf8(text));
-    }
+    appendText(text_, qx::trimText(text));
     return *this;
 }
 

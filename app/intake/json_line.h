@@ -26,6 +26,16 @@ class JsonOutput {
     std::string text_;
 };
 
+// A key as it is printed, for lines that have it again and again.
+class JsonKey {
+  public:
+    explicit JsonKey(std::string_view name);
+
+  private:
+    friend class JsonLine;
+    std::string text_;  // "name":
+};
+
 // Reals are printed in the shortest form that reads back to the same bits, with a point or an
 // exponent; NaN and infinite values as the texts "NaN", "Infinity", "-Infinity". A float is
 // widened. Texts lose their trailing blanks; one that is not UTF-8 is taken as Latin-1.
@@ -40,6 +50,7 @@ class JsonLine {
 
     // "key": with the value to follow by value, list or object.
     JsonLine& key(std::string_view name);
+    JsonLine& key(const JsonKey& name);
     template <class T>
     JsonLine& field(std::string_view name, const T& value) {
         key(name);
@@ -73,7 +84,6 @@ class JsonLine {
 
   private:
     void separate();
-    void quoted(std::string_view text);
 
     JsonOutput& output_;
     std::string& text_;

@@ -3,6 +3,7 @@
 #include "datasets/rasters.h"
 #include "datasets/stacks.h"
 #include "datasets/surfaces.h"
+#include "datasets/tables.h"
 #include "tests/support/import_test.h"
 
 namespace intake::testing {
@@ -19,7 +20,7 @@ class Reading : public ImportTest {
 
 TEST_F(Reading, AWorkspaceTellsItsDatasetsAndTheirTables) {
     EXPECT_TRUE(datasets::datasetsIn(path("nowhere")).empty());
-    EXPECT_TRUE(datasets::tablesInWorkspace(path("nowhere")).empty());
+    EXPECT_EQ(datasets::tablesIn(path("nowhere")).count(), 0);
     sample("wcr", "WORLD.A");
     sample("ctry", "ALONE");
     sample("pcln", "lines");
@@ -34,12 +35,12 @@ TEST_F(Reading, AWorkspaceTellsItsDatasetsAndTheirTables) {
     EXPECT_EQ(found, (std::vector<std::string>{"MAP: Map", "WORLD.A: Coverage",
                                                "lines: Lineset File Shadeset File Textset File"}));
     std::vector<std::string> owned;
-    for (const datasets::StoredTable& each : datasets::tablesInWorkspace(path("."))) {
-        EXPECT_TRUE(datasets::table(each.place));
-        if (each.owner == "WORLD.A") {
-            EXPECT_TRUE(each.place.name.starts_with("WORLD.A."));
+    for (const datasets::TablePlace& each : datasets::tablesIn(path("."))) {
+        EXPECT_TRUE(datasets::table(each));
+        if (each.owner() == "WORLD.A") {
+            EXPECT_TRUE(each.name.starts_with("WORLD.A."));
         } else {
-            owned.push_back(each.place.name + " of '" + each.owner + "'");
+            owned.push_back(each.name + " of '" + std::string(each.owner()) + "'");
         }
     }
     EXPECT_EQ(owned, std::vector<std::string>{"ALONE of ''"});

@@ -34,5 +34,11 @@ TABLE
 if grep -rnE '^ *# *include *"stream/' app | grep -vE '^app/intake/[a-z_]*pack[a-z_]*\.(cpp|h):'; then
     broken=1
 fi
+# What is stored the program reads through datasets/: these speak to the companions to be told
+# messages, and to name and write files.
+if grep -rnE '^ *# *include *"host/qx' app |
+    grep -vE '^app/intake/(import|messages|progress_line|[a-z_]*pack[a-z_]*)\.(cpp|h):'; then
+    broken=1
+fi
 [[ $broken == 0 ]] || echo "The lines above include what their room may not."
 exit $broken

@@ -121,12 +121,12 @@ class SpatialIndex : public ImportTest {
     // What is found through the indexes is what a scan finds without them.
     void expectAsScanned(const program::Dataset& coverage, unsigned seed) {
         std::mt19937 random(seed);
-        std::vector<program::Box> rectangles;
+        std::vector<datasets::Box> rectangles;
         std::vector<program::Description> answers;
         for (const json& index : records("index")) expectWhole(index);
         const auto extent = records("index")[0]["extent"];
         for (int each = 0; each < 60; ++each) {
-            program::Box box;
+            datasets::Box box;
             for (std::size_t axis = 0; axis < 2; ++axis) {
                 const double low = extent[axis];
                 const double high = extent[axis + 2];

@@ -49,6 +49,12 @@ void dumpMap(Dump& dump, const Dataset& dataset);
 void dumpInfoDatafile(Dump& dump, const Dataset& dataset);
 void dumpTextFile(Dump& dump, const Dataset& dataset);
 
+// What stands beside a dataset of any kind: its log, projection and metadata, one object each; the
+// tables that belong to it with their records and metadata; and the spatial indexes of a coverage.
+void dumpSideTexts(Dump& dump, const std::string& dataset);
+void dumpTables(Dump& dump, const std::string& dataset);
+void dumpIndexes(Dump& dump, const std::string& coverage);
+
 }  // namespace program
 
 #endif

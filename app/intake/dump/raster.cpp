@@ -1,8 +1,6 @@
 #include "datasets/rasters.h"
 
 #include "app/intake/dump/dump.h"
-#include "app/intake/dump/side_files.h"
-#include "app/intake/dump/tables.h"
 
 namespace program {
 

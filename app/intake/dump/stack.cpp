@@ -1,6 +1,4 @@
 #include "app/intake/dump/dump.h"
-#include "app/intake/dump/side_files.h"
-#include "app/intake/dump/tables.h"
 #include "datasets/stacks.h"
 
 namespace program {

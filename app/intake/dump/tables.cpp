@@ -1,134 +1,75 @@
-#include "app/intake/dump/tables.h"
+#include "datasets/tables.h"
 
-#include <vector>
-
-#include "app/intake/dump/side_files.h"
-#include "host/cpp/call.h"
-#include "host/qxfeat.h"
+#include "app/intake/dump/texts.h"
 
 namespace program {
 
 namespace {
 
-using qx::call;
+using datasets::Column;
 
-struct Item {
-    QxItem item{};
-    TableName name;
-    TableName alternateName;
-};
-
-std::vector<Item> itemsOf(int32_t table, bool& external) {
-    int32_t count = 0;
-    int32_t inDataset = 0;
-    int32_t status = 0;
-    call(infitc_, table, count, inDataset);
-    external = inDataset != 0;
-    std::vector<Item> items(static_cast<std::size_t>(count));
-    for (int32_t place = 1; place <= count; ++place) {
-        Item& each = items[static_cast<std::size_t>(place) - 1];
-        call(infitm_, table, place, each.item, each.name, each.alternateName, status);
-    }
-    return items;
-}
-
-void writeItem(JsonLine& line, const Item& each) {
-    const QxItemDescriptor& shape = each.item.descriptor;
+void writeColumn(JsonLine& line, const Column& column) {
     line.beginObject();
-    line.field("name", each.name.view()).field("alternateName", each.alternateName.view());
-    line.field("width", shape.width).field("start", shape.start).field("type", shape.type);
-    line.field("decimals", shape.decimals).field("outputWidth", shape.outputWidth);
-    line.field("redefined", each.item.redefined != 0).field("number", each.item.number);
-    line.field("indexed", each.item.indexed != 0);
-    line.field("kept", std::span<const int32_t>(each.item.kept));
+    line.field("name", column.name).field("alternateName", column.alternateName);
+    line.field("width", column.width).field("start", column.start);
+    line.field("type", static_cast<int32_t>(column.type)).field("decimals", column.decimals);
+    line.field("outputWidth", column.outputWidth).field("redefined", column.redefined);
+    line.field("number", column.number).field("indexed", column.indexed);
+    line.field("kept", std::span<const int32_t>(column.kept));
     line.endObject();
 }
 
-void writeValue(JsonLine& line, int32_t table, int32_t place, const QxItemDescriptor& shape) {
-    double value = 0;
-    int32_t status = 0;
-    std::string text(static_cast<std::size_t>(shape.width), ' ');
-    infval_(&table, &place, &value, text.data(), &status, shape.width);
-    if (status != 0) {
-        line.null();
-    } else if (shape.type == QX_ITEM_INTEGER) {
-        line.value(static_cast<int64_t>(value));
-    } else if (shape.type == QX_ITEM_NUMBER_TEXT || shape.type == QX_ITEM_REAL) {
-        line.value(value);
+void writeValue(JsonLine& line, const datasets::Value& value) {
+    if (const auto* text = std::get_if<std::string_view>(&value)) {
+        line.value(*text);
+    } else if (const auto* real = std::get_if<double>(&value)) {
+        line.value(*real);
+    } else if (const auto* whole = std::get_if<int64_t>(&value)) {
+        line.value(*whole);
     } else {
-        line.value(text);
+        line.null();
     }
 }
 
-void dumpRecords(Dump& dump, int32_t table, const TableName& name, const std::vector<Item>& items) {
-    int32_t number = 0;
-    int32_t status = 0;
-    for (;;) {
-        call(infrd_, table, number, status);
-        if (status != 0) return;
+void dumpRecords(Dump& dump, datasets::Table& table, const std::string& name) {
+    std::vector<JsonKey> keys;
+    for (const Column& column : table.columns()) keys.emplace_back(column.name);
+    for (const datasets::Row& row : table) {
         JsonLine line(dump.output(), "record");
-        line.field("table", name.view()).field("number", number);
-        line.key("values").beginObject();
-        for (std::size_t index = 0; index < items.size(); ++index) {
-            line.key(items[index].name.view());
-            writeValue(line, table, static_cast<int32_t>(index) + 1, items[index].item.descriptor);
+        line.field("table", name).field("number", row.number()).key("values").beginObject();
+        for (std::size_t column = 0; column < row.size(); ++column) {
+            line.key(keys[column]);
+            writeValue(line, row.stored(column));
         }
         line.endObject();
     }
 }
 
-void dumpTable(Dump& dump, const qx::Name& directory, const TableName& name) {
-    int32_t table = 0;
-    int32_t records = 0;
-    int32_t bytes = 0;
-    int32_t status = 0;
-    call(infopn_, name, directory, "", 1, table, records, bytes, status);
-    if (status != 0) return;
-    bool external = false;
-    const std::vector<Item> items = itemsOf(table, external);
+void dumpTable(Dump& dump, const datasets::TablePlace& place) {
+    datasets::Table table(place);
+    if (!table) return;
     if (dump.wants("table")) {
         JsonLine line(dump.output(), "table");
-        line.field("name", name.view()).field("external", external);
-        line.field("recordCount", records).field("recordLength", bytes);
+        line.field("name", place.name).field("external", table.external());
+        line.field("recordCount", table.count()).field("recordLength", table.recordLength());
         line.key("items").beginList();
-        for (const Item& each : items) writeItem(line, each);
+        for (const Column& each : table.columns()) writeColumn(line, each);
         line.endList();
     }
-    if (dump.wants("record")) dumpRecords(dump, table, name, items);
-    qx::Name metadata;
-    call(infxml_nam_, table, metadata);
-    dumpText(dump, "metadata", std::string(metadata.view()), name.view());
-    call(infcls_, table);
+    if (dump.wants("record")) dumpRecords(dump, table, place.name);
+    if (!dump.wants("metadata")) return;
+    dumpText(dump, "metadata", datasets::linesOf(table.metadataPath()), place.name);
 }
 
 }  // namespace
 
-TablePlace placeOfTable(const std::string& path) {
-    TablePlace place;
-    qx::FixedText<8> prefix;
-    call(infpth_, std::string_view(path), place.directory, prefix, place.name);
-    return place;
-}
-
 void dumpTables(Dump& dump, const std::string& dataset) {
-    const TablePlace place = placeOfTable(dataset);
-    int32_t list = 0;
-    int32_t count = 0;
-    int32_t status = 0;
-    call(inflst_, list, place.directory, place.name, count);
-    for (;;) {
-        TableName name;
-        call(infnxt_, list, name, status);
-        if (status != 0) break;
-        dumpTable(dump, place.directory, name);
-    }
-    call(infend_, list);
+    for (const datasets::TablePlace& each : datasets::tablesOf(dataset)) dumpTable(dump, each);
 }
 
 void dumpInfoDatafile(Dump& dump, const Dataset& dataset) {
     dumpDatasetLine(dump, dataset);
-    const TablePlace place = placeOfTable(dataset.path);
-    dumpTable(dump, place.directory, place.name);
+    dumpTable(dump, datasets::tablePlace(dataset.path));
 }
 
 }  // namespace program

@@ -1,8 +1,6 @@
 #include <bitset>
 
 #include "app/intake/dump/dump.h"
-#include "app/intake/dump/side_files.h"
-#include "app/intake/dump/tables.h"
 #include "datasets/surfaces.h"
 
 namespace program {

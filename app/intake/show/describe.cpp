@@ -1,24 +1,14 @@
 #include <algorithm>
-#include <array>
 #include <sstream>
 
 #include "app/intake/dump/dump.h"
 #include "app/intake/show/show.h"
+#include "datasets/coverage.h"
 #include "datasets/symbol_sets.h"
-#include "host/cpp/call.h"
-#include "host/qxfeat.h"
 
 namespace program {
 
 namespace {
-
-// Where a coverage lies, as the heads of its feature files tell.
-void addExtent(const std::string& path, nlohmann::json& head) {
-    std::array<double, 4> box{};
-    int32_t status = 0;
-    qx::call(boxget_, std::string_view(path), box, status);
-    if (status == 0) head["extent"] = box;
-}
 
 // The first of a set's symbols with numbers that no reader takes, and how many there are.
 void addStraySymbols(const Dataset& dataset, Description& description) {
@@ -48,7 +38,9 @@ Description describe(const std::string& path, const std::string& kind) {
         auto head = nlohmann::json::parse(line);
         // The dataset lines behind the first begin the grids of a stack.
         if (head["class"] == "dataset" && !first) grids.push_back(Description::object());
-        if (first && dataset.kind == "Coverage") addExtent(path, head);
+        if (first && dataset.kind == "Coverage") {
+            if (const auto extent = datasets::extentOf(path)) head["extent"] = *extent;
+        }
         describeHead(head, grids.empty() ? description : grids.back());
         first = false;
     }
