@@ -1,7 +1,8 @@
 #include "topology/arcs_by_polygon.h"
 
 #include <algorithm>
-#include <cstdlib>
+#include <array>
+#include <numeric>
 
 namespace topology {
 
@@ -11,11 +12,26 @@ void ArcsByPolygon::add(int32_t arc, int32_t left, int32_t right) {
     if (left >= 1) sides_.push_back({left, -arc});
 }
 
+// By digits of the number, the lowest first; sides of one polygon stay in their order.
+void ArcsByPolygon::sortByPolygon() {
+    constexpr int kDigitBits = 11;
+    constexpr std::size_t kDigits = 1 << kDigitBits;
+    std::vector<Side> sorted(sides_.size());
+    for (int shift = 0; shift < 31; shift += kDigitBits) {
+        const auto digit = [shift](const Side& side) {
+            return static_cast<std::size_t>(side.polygon >> shift) % kDigits;
+        };
+        std::array<std::size_t, kDigits + 1> places{};
+        for (const Side& side : sides_) ++places[digit(side) + 1];
+        if (std::ranges::find(places, sides_.size()) != places.end()) continue;  // all the same
+        std::partial_sum(places.begin(), places.end(), places.begin());
+        for (const Side& side : sides_) sorted[places[digit(side)]++] = side;
+        sides_.swap(sorted);
+    }
+}
+
 void ArcsByPolygon::finish() {
-    std::ranges::sort(sides_, [](const Side& first, const Side& second) {
-        if (first.polygon != second.polygon) return first.polygon < second.polygon;
-        return std::abs(first.arc) < std::abs(second.arc);
-    });
+    sortByPolygon();
     arcs_.reserve(sides_.size());
     for (const Side& side : sides_) {
         if (polygons_.empty() || polygons_.back() != side.polygon) {

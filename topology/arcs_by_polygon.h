@@ -17,12 +17,15 @@ class ArcsByPolygon {
     // When all arcs are added. Eight bytes are kept for each arc, and thrice that on the way.
     void finish();
 
-    // The arcs of a polygon as Assembler takes them, by ascending number; empty if it has none.
+    // The arcs of a polygon as Assembler takes them, in the order in which they were added; empty
+    // if it has none.
     std::span<const int32_t> of(int32_t polygon) const;
     // The polygons that have arcs, ascending.
     std::span<const int32_t> polygons() const { return polygons_; }
 
   private:
+    void sortByPolygon();
+
     struct Side {
         int32_t polygon;
         int32_t arc;

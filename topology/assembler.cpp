@@ -21,6 +21,7 @@ struct Assembler::Work {
     ArcSource& arcs;
     Edges edges;
     Walks walks;
+    CrossingSearch crossing;
     std::vector<Point> pool;  // vertices of the rings
     std::vector<Ring> rings;
     std::vector<uint32_t> outerOf;  // by ring: its outer ring, itself, or none if it is left out
@@ -46,7 +47,7 @@ void Assembler::Work::makeRings() {
         const std::span<const Point> points = std::span(pool).subspan(begin);
         Ring ring = measureRing(points);
         const bool empty = ring.area == 0;
-        if (empty || crossesItself(points)) {
+        if (empty || crossing.crossesItself(points)) {
             keepLines(empty ? Reason::NoArea : Reason::CrossesItself, 0, points);
             pool.resize(begin);
             continue;

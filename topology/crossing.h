@@ -3,15 +3,29 @@
 #define TOPOLOGY_CROSSING_H
 
 #include <span>
+#include <vector>
 
-#include "topology/arc_source.h"
+#include "topology/runs.h"
 
 namespace topology {
 
-// Looks for two edges that cross; edges that only touch do not. Lines as maps have them are looked
-// through wholly, in a time that goes with their length. One that folds over itself so often that
-// this would take much longer counts as not crossing.
-bool crossesItself(std::span<const Point> line);
+class CrossingSearch {
+  public:
+    // Looks for two edges that cross; edges that only touch do not. Lines as maps have them are
+    // looked through wholly, in a time that goes with their length. One that folds over itself so
+    // often that this would take much longer counts as not crossing.
+    bool crossesItself(std::span<const Point> line);
+
+  private:
+    struct Pair {
+        std::size_t level, first, second;
+    };
+    bool within(std::size_t run) const;
+    bool between(std::size_t first, std::size_t second) const;
+
+    Runs runs_;
+    std::vector<Pair> open_;  // what is still to be compared
+};
 
 }  // namespace topology
 

@@ -2,7 +2,10 @@
 
 namespace topology {
 
-Runs::Runs(std::span<const Point> line) : line_(line) {
+void Runs::over(std::span<const Point> line) {
+    line_ = line;
+    boxes_.clear();
+    levels_.clear();
     const std::size_t runs = (line.size() - 2) / kEdges + 1;
     boxes_.reserve(2 * runs + 64);
     levels_.push_back(0);

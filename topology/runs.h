@@ -12,10 +12,12 @@ namespace topology {
 
 class Runs {
   public:
-    static constexpr std::size_t kEdges = 8;  // of a run of the lowest level
+    static constexpr std::size_t kEdges = 4;  // of a run of the lowest level
 
-    // The vertices, at least two, have to outlive it.
-    explicit Runs(std::span<const Point> line);
+    Runs() = default;
+    explicit Runs(std::span<const Point> line) { over(line); }
+    // The vertices, at least two, have to outlive it or its next line.
+    void over(std::span<const Point> line);
 
     std::size_t levels() const { return levels_.size(); }
     std::size_t size(std::size_t level) const {
