@@ -20,5 +20,13 @@ install(FILES ${PROJECT_BINARY_DIR}/intakeConfig.cmake ${PROJECT_BINARY_DIR}/int
 # By way of its own folder, so that an installed tree can be moved.
 file(RELATIVE_PATH to_prefix
   ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+# Static libraries say what they are made with.
+set(pc_more)
+if(NOT BUILD_SHARED_LIBS)
+  set(pc_more "-lstdc++ -lm -ldl")
+endif()
 configure_file(cmake/intakedl.pc.in ${PROJECT_BINARY_DIR}/intakedl.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/intakedl.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+add_custom_target(uninstall COMMAND ${CMAKE_COMMAND} -P ${PROJECT_SOURCE_DIR}/cmake/uninstall.cmake
+  WORKING_DIRECTORY ${PROJECT_BINARY_DIR} USES_TERMINAL)

@@ -9,7 +9,12 @@ namespace intake {
 
 #ifdef INTAKE_COMPANIONS_LINKED
 // Static companions are in the program itself, which is always there.
-LibraryHandle LoadLibraryA(const char*) { return dlopen(nullptr, RTLD_NOW | RTLD_LOCAL); }
+LibraryHandle LoadLibraryA(const char* name) {
+    for (const std::string_view each : {"qxbase.", "qxfeat.", "qxgridio."}) {
+        if (std::string_view(name).starts_with(each)) return dlopen(nullptr, RTLD_NOW | RTLD_LOCAL);
+    }
+    return nullptr;
+}
 #else
 LibraryHandle LoadLibraryA(const char* name) {
     const std::string_view full(name);

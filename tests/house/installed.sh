@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Installs the build to a scratch folder, takes a module away and uses it as README.md tells: its C
-# example through pkg-config and through find_package, its C++ example, its Python example. Arguments:
-# the source and build folders, the C compiler and its flags, "python" or "no-python", and the C++
-# compiler.
+# example through pkg-config and through find_package, its C++ example, its Python example; then
+# uninstalls it. Arguments: the source and build folders, the C compiler and its flags, "python" or
+# "no-python", and the C++ compiler.
 set -euo pipefail
 source=$1 build=$2 compiler=$3 flags=$4 python=$5 compiler_cxx=$6
 scratch=$(mktemp -d)
@@ -11,7 +11,7 @@ prefix=$scratch/prefix
 cmake --install "$build" --prefix "$prefix" >/dev/null
 [[ -x $prefix/bin/intake ]]
 "$prefix/bin/intake" --version >/dev/null
-libraries=$(dirname "$(find "$prefix" -name libintakedl.so)")
+libraries=$(dirname "$(find "$prefix" -name 'libintakedl.so' -o -name 'libintakedl.a')")
 
 # The program starts with our libraries and those of C and C++ alone: the others come with modules.
 if ldd "$prefix/bin/intake" | awk '{print $1}' | grep -vE \
@@ -34,8 +34,10 @@ unfit() {
 }
 mv "$modules/png.so" "$scratch"
 unfit "cannot open shared object file"
-cp "$libraries/libqxbase.so" "$modules/png.so"
-unfit "no module of intake"
+if [[ -e $libraries/libqxbase.so ]]; then
+    cp "$libraries/libqxbase.so" "$modules/png.so"
+    unfit "no module of intake"
+fi
 mv "$scratch/png.so" "$modules"
 
 # example LANGUAGE FILE: the one block of that language in README.md.
@@ -88,4 +90,10 @@ grep -qx KIND "$scratch/read"
 if [[ $python == python ]]; then
     example python "$scratch/import.py"
     expect env LD_LIBRARY_PATH="$libraries" python3 "$scratch/import.py"
+fi
+
+(cd "$build" && cmake -P "$source/cmake/uninstall.cmake" >/dev/null)
+if find "$prefix" -type f -o -type l -o -name intake | grep .; then
+    echo "The above is left of what was installed."
+    exit 1
 fi
