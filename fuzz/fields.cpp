@@ -170,6 +170,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     readRealFast(field, 7, intake::fast::readReal<7>);
     readRealFast(field, 14, intake::fast::readReal<14>);
     readRealFast(field, 17, intake::fast::readLongReal);
+    double fixed = 0;
+    if (intake::fast::readFixed(field, decimals, scale, fixed)) {
+        fuzz::require(isReal && sameValue(fixed, real), "a fixed decimal read quickly");
+    }
     readIntegerRuns<10>(field);
     readIntegerRuns<14>(field);
     readRealRuns<7>(field);

@@ -16,6 +16,7 @@
 #include "host/qxfeat/subclasses.h"
 #include "host/qxfeat/table_names.h"
 #include "host/qxfeat/table_reading.h"
+#include "host/qxfeat/table_rows.h"
 #include "host/qxfeat/tables.h"
 #include "host/qxfeat/tolerances.h"
 

@@ -180,21 +180,6 @@ bool readReal(const char* field, double& value) {
     return true;
 }
 
-// A real of 24 columns with 17 decimals in the same shape. Its digits are more than a real holds:
-// the library rounds them.
-inline bool readLongReal(const char* field, double& value) {
-    constexpr std::size_t kWidth = 24;
-    if (!isSignOrBlank(field[0]) || field[1] < '0' || field[1] > '9' || field[2] != '.' ||
-        field[kWidth - 4] != 'E') {
-        return false;
-    }
-    double magnitude = 0;
-    const auto result = std::from_chars(field + 1, field + kWidth, magnitude);
-    if (result.ec != std::errc{} || result.ptr != field + kWidth) return false;
-    value = withSign(field[0], magnitude);
-    return true;
-}
-
 }  // namespace intake::fast
 
 #endif

@@ -17,6 +17,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "stream/exact_decimals.h"
 #include "stream/fast_fields.h"
 
 namespace intake {
@@ -51,6 +52,7 @@ inline bool readReal(std::string_view field, int decimals, int scale, double& va
     if (field.size() == 14 && decimals == 7 && fast::readReal<7>(text, value)) return true;
     if (field.size() == 21 && decimals == 14 && fast::readReal<14>(text, value)) return true;
     if (field.size() == 24 && decimals == 17 && fast::readLongReal(text, value)) return true;
+    if (fast::readFixed(field, decimals, scale, value)) return true;
     return parseReal(field, decimals, scale, value);
 }
 

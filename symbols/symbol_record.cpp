@@ -24,6 +24,8 @@ void SymbolRecord::readField(Kind kind, const Line& line, std::size_t column, in
     const std::string_view text = line.columns(column, column + columnsOf(kind) - 1);
     if (kind == Kind::kIntegers) {
         word(number) = integerField<int32_t>(text, column);
+    } else if (kind == Kind::kChecked) {
+        integerField<int32_t>(text, column);
     } else if (kind == Kind::kReals) {
         word(number) =
             std::bit_cast<int32_t>(static_cast<float>(realField(text, column, kRealDecimals)));

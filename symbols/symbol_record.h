@@ -16,7 +16,7 @@ struct FieldRun {
         kIntegers,  // I10
         kReals,     // 1P,E14.7
         kName,      // A16, four words of the record, not turned for the file
-        kSkipped    // I10 that has no effect and is not decoded
+        kChecked    // I10 that must be an integer and is kept nowhere
     };
     Kind kind = Kind::kNone;
     int count = 0;
@@ -28,7 +28,7 @@ constexpr FieldRun integers(int count, int word) {
 }
 constexpr FieldRun reals(int count, int word) { return {FieldRun::Kind::kReals, count, word}; }
 constexpr FieldRun name(int word) { return {FieldRun::Kind::kName, 1, word}; }
-constexpr FieldRun skipped(int count) { return {FieldRun::Kind::kSkipped, count, 0}; }
+constexpr FieldRun checked(int count) { return {FieldRun::Kind::kChecked, count, 0}; }
 
 using LineLayout = std::array<FieldRun, 3>;
 

@@ -21,15 +21,15 @@ struct Version {
 // clang-format off
 
 // Line sets. The name shares words 12 to 14 with the first three fields of line 2, which hold its
-// bytes as integers and have no effect.
+// bytes as integers: they are read, and the name takes their place.
 constexpr Version kCln = {52, {{{integers(4, 1), integers(1, 13), name(9)},
                                 {reals(4, 5)}}}};
 constexpr Version kCl6 = {80, {{{integers(6, 1), name(11)},
-                                {skipped(3), integers(1, 15), integers(2, 19)},
+                                {checked(3), integers(1, 15), integers(2, 19)},
                                 {reals(4, 7)},
                                 {reals(3, 16)}}}};
 constexpr Version kCl7 = {92, {{{integers(6, 1), name(11)},
-                                {skipped(3), integers(1, 15), integers(2, 19)},
+                                {checked(3), integers(1, 15), integers(2, 19)},
                                 {reals(4, 7)},
                                 {reals(3, 16)},
                                 {reals(3, 21)}}}};

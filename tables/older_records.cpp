@@ -70,7 +70,7 @@ void readOlderRecords(Table& table) {
         std::size_t position = 1;
         for (int32_t place = 0; place < table.header.storedItems; ++place) {
             const QxItemDescriptor& item = table.ITMTAB[static_cast<std::size_t>(place)];
-            const FixedText<kWorkLength> work(text.field(position, kWorkLength));
+            const std::string_view work = text.field(position, kWorkLength);
             const double value = readItem(text, item, position);
             Status status = kSuccess;
             call(infenc_, item, value, work, recordLength, record, status);

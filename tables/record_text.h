@@ -8,6 +8,7 @@
 
 #include "stream/fields.h"
 #include "stream/reader.h"
+#include "stream/whole_lines.h"
 
 namespace intake {
 
@@ -17,14 +18,20 @@ class RecordText {
     void readLines(int64_t count) {
         for (int64_t number = 0; number < count; ++number) {
             const std::size_t start = static_cast<std::size_t>(number) * Line::kLength;
-            if (text_.size() == start) text_.resize(start + Line::kLength);
-            IMPLIN(std::span(text_.data() + start, Line::kLength));
+            if (length_ == start) {
+                length_ += Line::kLength;
+                text_.resize(length_ + kBehindLine);
+            }
+            char* const line = text_.data() + start;
+            if (!takeWholeLine(line)) IMPLIN(std::span(line, Line::kLength));
         }
     }
+    // The whole text, with kBehindLine more characters to look at.
+    const char* data() const { return text_.data(); }
     // From a position on, counted from 1; what lies behind the text reads as nothing.
     std::string_view from(std::size_t position) const {
-        return position <= text_.size() ? std::string_view(text_).substr(position - 1)
-                                        : std::string_view();
+        return position <= length_ ? std::string_view(text_.data(), length_).substr(position - 1)
+                                   : std::string_view();
     }
     std::string_view field(std::size_t position, std::size_t width) const {
         return from(position).substr(0, width);
@@ -41,7 +48,7 @@ class RecordText {
     }
     // Ends the import, naming the line and the columns where the field begins.
     [[noreturn]] void fail(std::size_t position, std::size_t width) const {
-        const std::size_t lines = text_.size() / Line::kLength;
+        const std::size_t lines = length_ / Line::kLength;
         const std::size_t line = (position - 1) / Line::kLength + 1;
         failedField(field(position, width), (position - 1) % Line::kLength + 1,
                     line < lines ? static_cast<int64_t>(lines - line) : 0);
@@ -49,6 +56,7 @@ class RecordText {
 
   private:
     std::string text_;
+    std::size_t length_ = 0;
 };
 
 }  // namespace intake

@@ -1,4 +1,5 @@
 #include "stream/report.h"
+#include "tables/record_plan.h"
 #include "tables/record_text.h"
 #include "tables/table.h"
 
@@ -49,42 +50,48 @@ void tellUnableToEncode(const Table& table, int32_t item, int32_t record) {
 
 }  // namespace
 
+void readRecord(Table& table, const RecordText& text, int32_t number,
+                std::vector<std::byte>& record) {
+    const auto recordLength = static_cast<int32_t>(record.size());
+    std::fill(record.begin(), record.end(), std::byte{0});
+    Walk walk;
+    for (int32_t place = 1; place <= table.header.storedItems; ++place) {
+        QxItemDescriptor& item = table.ITMTAB[static_cast<std::size_t>(place) - 1];
+        // Dates and integers that are text are text to the encoder, from here on.
+        if (item.type == QX_ITEM_DATE || item.type == QX_ITEM_INTEGER_TEXT) {
+            item.type = QX_ITEM_CHARACTER;
+        }
+        readItem(text, item, walk);
+        if (table.statisticsMode != 0) {
+            const StatisticsShape shape = statisticsShape(table.statisticsMode);
+            item.start = (place - 1) * shape.width + 1;
+            item.width = shape.width;
+            item.outputWidth = shape.outputWidth;
+            if (table.statisticsMode == 1) walk.value = static_cast<float>(walk.value);
+        }
+        Status status = kSuccess;
+        call(infenc_, item, walk.value, text.from(walk.position), recordLength, record, status);
+        if (status != kSuccess) tellUnableToEncode(table, place, number);
+        walk.position += walk.advance;
+        if (table.statisticsMode != 0) {
+            // One pair for the whole table: from the second record on every item is read at
+            // the width of the last one. Stays.
+            item.width = table.keptWidth;
+            item.outputWidth = table.keptOutputWidth;
+        }
+    }
+    putRecord(table, number, record);
+}
+
 void readRecords(Table& table) {
     const int64_t lines = (table.textLength + Line::kLength - 1) / int64_t{Line::kLength};
     table.checkRecordCount(lines);
     std::vector<std::byte> record(table.recordBytes());
-    const auto recordLength = static_cast<int32_t>(record.size());
+    RecordPlan plan(table, lines);
     RecordText text;
     for (int32_t number = 1; number <= table.header.records; ++number) {
         text.readLines(lines);
-        std::fill(record.begin(), record.end(), std::byte{0});
-        Walk walk;
-        for (int32_t place = 1; place <= table.header.storedItems; ++place) {
-            QxItemDescriptor& item = table.ITMTAB[static_cast<std::size_t>(place) - 1];
-            // Dates and integers that are text are text to the encoder, from here on.
-            if (item.type == QX_ITEM_DATE || item.type == QX_ITEM_INTEGER_TEXT) {
-                item.type = QX_ITEM_CHARACTER;
-            }
-            readItem(text, item, walk);
-            if (table.statisticsMode != 0) {
-                const StatisticsShape shape = statisticsShape(table.statisticsMode);
-                item.start = (place - 1) * shape.width + 1;
-                item.width = shape.width;
-                item.outputWidth = shape.outputWidth;
-                if (table.statisticsMode == 1) walk.value = static_cast<float>(walk.value);
-            }
-            Status status = kSuccess;
-            call(infenc_, item, walk.value, text.from(walk.position), recordLength, record, status);
-            if (status != kSuccess) tellUnableToEncode(table, place, number);
-            walk.position += walk.advance;
-            if (table.statisticsMode != 0) {
-                // One pair for the whole table: from the second record on every item is read at
-                // the width of the last one. Stays.
-                item.width = table.keptWidth;
-                item.outputWidth = table.keptOutputWidth;
-            }
-        }
-        putRecord(table, number, record);
+        if (!plan.put(table, text, number)) readRecord(table, text, number, record);
     }
 }
 

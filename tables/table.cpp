@@ -223,12 +223,15 @@ void buildIndexes(const Table& table) {
     if (tooMany) warn("Too many indexes in %1% %2%", table.TBLNAM, table.routine);
 }
 
+void checkStored(const Table& table, Status status) {
+    if (status == kSuccess) return;
+    fatal(std::string("Could not write DF record ").append(table.routine));
+}
+
 void putRecord(const Table& table, int32_t number, const std::vector<std::byte>& record) {
     Status status = kSuccess;
     call(infput_, table.handle, number, record, status);
-    if (status != kSuccess) {
-        fatal(std::string("Could not write DF record ").append(table.routine));
-    }
+    checkStored(table, status);
 }
 
 }  // namespace intake

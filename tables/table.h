@@ -9,6 +9,8 @@
 
 namespace intake {
 
+class RecordText;
+
 struct TableHeader {
     FixedText<32> name;
     FixedText<2> external;  // "XX" if the data lies in a file of the coverage
@@ -72,8 +74,14 @@ void buildIndexes(const Table& table);
 
 // The records, in the current form and the older one.
 void readRecords(Table& table);
+// One record of the current form, whose text has been read and whose bytes are put into a buffer
+// of recordBytes(): the careful walk, that finds every fault.
+void readRecord(Table& table, const RecordText& text, int32_t number,
+                std::vector<std::byte>& record);
 void readOlderRecords(Table& table);
 
+// Ends the import where a record could not be stored.
+void checkStored(const Table& table, Status status);
 // Stores a record that has been packed.
 void putRecord(const Table& table, int32_t number, const std::vector<std::byte>& record);
 

@@ -8,6 +8,7 @@
 #include "companions/qxfeat/catalogue.h"
 #include "companions/store/member_names.h"
 #include "host/qxbase/failures.h"
+#include "host/qxfeat/table_rows.h"
 
 namespace qxfeat {
 
@@ -174,6 +175,22 @@ bool Table::putRecord(int64_t number, const std::byte* record) {
     }
     if (!behind && stored > 0) return writer_->overwrite(number, whole);
     return !writer_->failed();
+}
+
+bool Table::planRecords(std::span<const QxItemDescriptor> items, const int32_t* places) {
+    if (!hasRecords()) definition_.layOut();
+    return moved_.empty() && plan_.make(items, places, definition_.recordLength);
+}
+
+int32_t Table::putPlanned(int64_t number, const double* values, std::string_view text) {
+    if (number != recordCount() + 1) return QX_ROW_NEEDS_CARE;
+    const std::span<const std::byte> record = plan_.pack(values, text);
+    if (record.empty() || record.size() != static_cast<std::size_t>(definition_.recordLength)) {
+        return QX_ROW_NEEDS_CARE;
+    }
+    if (!writer_ || !indexedSince_.empty()) return putRecord(number, record.data()) ? 0 : 1;
+    std::memcpy(writer_->append(record.size()), record.data(), record.size());
+    return writer_->failed() ? 1 : 0;
 }
 
 std::span<std::byte> Table::findMoved(const QxItemDescriptor& item) {

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "companions/qxfeat/row_plan.h"
 #include "companions/qxfeat/table_definition.h"
 #include "companions/store/handle_table.h"
 #include "companions/store/open_files.h"
@@ -45,6 +46,9 @@ class Table : public store::Buffered {
     bool indexedSince(std::size_t place) const { return indexedSince_.count(place) != 0; }
 
     bool putRecord(int64_t number, const std::byte* record);
+    // The same for records of a plan, with the status of infrow_ (host/qxfeat/table_rows.h).
+    bool planRecords(std::span<const QxItemDescriptor> items, const int32_t* places);
+    int32_t putPlanned(int64_t number, const double* values, std::string_view text);
     // The bytes that infenc_ is to fill for an item of this table that is moved; empty for others.
     std::span<std::byte> movedBytes(const QxItemDescriptor& item) {
         return moved_.empty() ? std::span<std::byte>{} : findMoved(item);
@@ -93,6 +97,7 @@ class Table : public store::Buffered {
     std::unique_ptr<store::RecordReader> reader_;
     std::vector<std::byte> record_;
     bool recordRead_ = false;
+    RowPlan plan_;
     std::vector<Moved> moved_;
     std::map<uint64_t, std::size_t> movedPlaces_;  // by placeKey, into moved_
     std::map<std::size_t, std::unique_ptr<store::RecordReader>> indexes_;

@@ -72,7 +72,7 @@ const Version kVersions[] = {
      "1 2 3 4 r5 r6 r7 r8 'DASHED          ' 13"},
     {"CL6",
      "Lineset File",
-     {"1 2 3 4 5 6 'SOLID", "********** ********** ********** 15 19 20", "r7 r8 r9 r1", "r6 r7 r8"},
+     {"1 2 3 4 5 6 'SOLID", "538976288 -1 1145132097 15 19 20", "r7 r8 r9 r1", "r6 r7 r8"},
      "1 2 3 4 5 6 r7 r8 r9 r1 'SOLID           ' 15 r6 r7 r8 19 20"},
     {"CL7",
      "Lineset File",
@@ -153,6 +153,18 @@ TEST_F(SymbolSets, TheFirstSymbolOfAnOlderTextSetDecidesItsForm) {
     given({"EXP  0 X", "CTX  2", "EOS", "EOS"});
     ASSERT_EQ(import("NONE"), 1);
     EXPECT_FALSE(std::filesystem::exists(path("NONE")));
+}
+
+TEST_F(SymbolSets, TheNameAsIntegersIsReadThoughNothingOfItIsKept) {
+    for (const char* code : {"CL6", "CL7"}) {
+        given({"EXP  0 X", code + std::string("  2"), line("1 2 3 4 5 6 'SOLID"), "EOI", "EOS",
+               "EOS"});
+        EXPECT_EQ(import(code), 0);
+        EXPECT_EQ(complaints(),
+                  std::vector<std::string>{
+                      "Could not read \"EOI\" in columns 1 to 10 of line 4 of " + path("in.e00")});
+        EXPECT_EQ(fileBytes(path(code)), "");
+    }
 }
 
 TEST_F(SymbolSets, EmptyExistingAndUnmakeableSets) {

@@ -181,6 +181,16 @@ class SeededFields {
         field.erase(0, field.size() - static_cast<std::size_t>(decimals + 7));
         return changed(field);
     }
+    // Digits with a point anywhere, or none.
+    std::string fixed(std::size_t width) {
+        std::string field = integer(width);
+        const std::size_t first = field.find_last_not_of("0123456789") + 1;
+        if (first < width && engine_() % 8 != 0) {
+            field.insert(first + engine_() % (width - first + 1), ".");
+            field.erase(0, 1);
+        }
+        return field;
+    }
     // Of any number of digits, or mostly of as few as most numbers have.
     std::string integer(std::size_t width, bool anyDigits = true) {
         const int fewest = anyDigits ? 0 : 1;
@@ -239,6 +249,42 @@ int compareReals(SeededFields& fields, int count) {
     return taken;
 }
 
+int compareFixed(SeededFields& fields, std::size_t width, int count) {
+    int taken = 0;
+    for (; count > 0; --count) {
+        const std::string field = fields.fixed(width);
+        const int decimals = count % 20;
+        const int scale = count % 2;
+        double quick = 0;
+        if (!fast::readFixed(field, decimals, scale, quick)) continue;
+        ++taken;
+        const bool equal = same(quick, real(field, decimals, scale));
+        EXPECT_TRUE(equal) << '"' << field << "\" with " << decimals << " decimals";
+        if (!equal) return 0;
+    }
+    return taken;
+}
+
+// Halfway between two doubles, and as near to it as nineteen digits come.
+TEST(FastFields, LeaveWhatTheyCannotRoundToTheCarefulWay) {
+    std::mt19937_64 engine(7);
+    for (int count = 0; count < 20000; ++count) {
+        const uint64_t half = (engine() >> 11 | uint64_t{1} << 52) * 2 + 1;
+        const std::string whole = std::to_string(half);
+        for (const std::string& field :
+             {whole + '.', whole + ".01", std::to_string(half - 1) + ".99",
+              whole.substr(0, 3) + '.' + whole.substr(3)}) {
+            double quick = 0;
+            if (!fast::readFixed(field, 0, 0, quick)) continue;
+            ASSERT_TRUE(same(quick, real(field, 0, 0))) << field;
+        }
+        char text[32];
+        std::snprintf(text, sizeof text, "%24.17E", static_cast<double>(half / 2) * 0.1);
+        double quick = 0;
+        ASSERT_TRUE(!fast::readLongReal(text, quick) || same(quick, real(text, 17))) << text;
+    }
+}
+
 TEST(FastFields, GiveTheCarefulValueBitForBit) {
     // INTAKE_FIELDS: how many of each.
     const char* wanted = std::getenv("INTAKE_FIELDS");
@@ -247,6 +293,8 @@ TEST(FastFields, GiveTheCarefulValueBitForBit) {
     EXPECT_GT(compareReals<7>(fields, count), count / 2);
     EXPECT_GT(compareReals<14>(fields, count), count / 2);
     EXPECT_GT(compareReals<17>(fields, count), count / 2);
+    EXPECT_GT(compareFixed(fields, 12, count), count / 3);
+    EXPECT_GT(compareFixed(fields, 24, count), count / 4);
     EXPECT_GT(compareIntegers<14>(fields, count), count / 4);
     EXPECT_GT(compareIntegers<10>(fields, count), count / 2);
     EXPECT_GT(compareIntegers<11>(fields, count), count / 3);
