@@ -13,6 +13,7 @@ int main(int argc, char** argv) {
         bench::registerLinear();
         bench::registerProgram();
         bench::registerPolygons();
+        bench::registerFormats();
     } catch (const std::exception& exception) {
         std::fprintf(stderr, "%s\n", exception.what());
         return 1;

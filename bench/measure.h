@@ -74,6 +74,7 @@ void registerIndex();
 void registerLinear();
 void registerProgram();
 void registerPolygons();
+void registerFormats();
 
 }  // namespace bench
 
