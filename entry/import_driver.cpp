@@ -72,6 +72,8 @@ bool settleKind(int32_t kind, const SectionRow& row) {
 // The section's routine, with the word to the host before and after it.
 void runRoutine(const SectionRow& row) {
     const int64_t start = reader.logicalLines;
+    stopIfAsked();
+    tellProgress(QX_SECTION_HEADER, row.code, import.SECPRC);
     tellProgress(QX_SECTION_BEGINS, row.code, 0);
     row.run(import);
     tellProgress(QX_SECTION_ENDS, row.code, reader.logicalLines - start);
@@ -190,6 +192,10 @@ void rearmImport() {
     rearmCoverage();
     rearmTables();
     rearmTin();
+}
+
+void tellWhereItEnded() {
+    tellProgress(QX_IMPORT_ENDED, reader.IMPNAM.view(), reader.lineNumber);
 }
 
 void releaseImport() {

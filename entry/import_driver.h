@@ -15,6 +15,9 @@ void IMPSUB(std::string_view dataset, std::string_view file, const int32_t& kind
 // Puts everything process-wide back to its start, so that an import behaves like the first.
 void rearmImport();
 
+// Tells the host which line an import was in that is ended by an error.
+void tellWhereItEnded();
+
 // Releases what an import that was unwound left open. Deletes its scratch list, and nothing of the
 // dataset.
 void releaseImport();

@@ -91,6 +91,12 @@ int32_t runImport(const char* interchangePath, const char* datasetName) {
         // The name of what is to be made comes first, although the caller gives it second.
         IMPSUB(textOf(datasetName), textOf(interchangePath), kind);
     });
+    if (result == kEndedByError) {
+        // A host's function that fails now changes nothing.
+        try {
+            tellWhereItEnded();
+        } catch (...) {}
+    }
     // What an import that was unwound left open. What is buffered reaches the disk, or does not.
     for (auto* step : {releaseImport, gridendC, featendC, baseendC, tellFailedWrite}) {
         result = std::min(result, guarded(step));

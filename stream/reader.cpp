@@ -24,6 +24,7 @@ void tellProgress() {
     int64_t bytes = 0;
     call(abytes_, reader.IMPUNT, bytes);
     call(prgtel_, static_cast<int32_t>(QX_SECTION_GOES_ON), "", reader.logicalLines, bytes);
+    stopIfAsked();
 }
 
 // Once the channel has been opened or gone back.
@@ -214,6 +215,14 @@ void IMPLIN(std::span<char> line) {
     } else {
         assembleLine(line);
     }
+}
+
+void stopIfAsked() {
+    int32_t asked = 0;
+    call(prgask_, asked);
+    if (asked == 0) return;
+    error("The import was stopped in line %1% of %2%. What was imported until there stays.",
+          static_cast<int32_t>(reader.lineNumber), reader.IMPNAM);
 }
 
 bool volumeEnded() {

@@ -23,6 +23,9 @@ void IMPLIN(FixedText<N>& line) {
 // Returns how many characters of the line are in the buffer, padding not counted.
 std::size_t IMPCOM(std::span<char> line);
 
+// Ends the import where the host has asked for it.
+void stopIfAsked();
+
 // Whether the volume at hand holds nothing more: neither in its file nor, in compressed form, in
 // the physical line that was read last.
 bool volumeEnded();

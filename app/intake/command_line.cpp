@@ -13,6 +13,8 @@ constexpr char kExamples[] =
     R"(Examples:
   intake import roads.e00 roads             rebuild the dataset of an interchange file
   intake import --json roads.e00 roads      ... and tell the outcome as one JSON object
+  intake import roads.zip roads             ... out of an archive or a compressed file
+  intake check roads.e00                    what a file is, and whether it is whole
   intake show roads                         what it is, and what it holds
   intake dump roads                         print every record, one JSON object a line
   intake dump roads --class arc             ... of one class only
@@ -24,7 +26,7 @@ Rebuilds geographic datasets from an 80-column interchange text file.)";
 
 // In the order of the help.
 constexpr void (*kCommands[])(CLI::App&, Console&, int&) = {
-    addImport, addShow, addDump, addDraw, addExport, addConvert, addPack, addUnpack,
+    addImport, addCheck, addShow, addDump, addDraw, addExport, addConvert, addPack, addUnpack,
 };
 
 }  // namespace

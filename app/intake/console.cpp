@@ -34,4 +34,13 @@ void complain(Console& console, std::string_view text) {
     console.errors << "intake: " << shown(text) << std::endl;
 }
 
+void complainInLines(Console& console, std::string_view text) {
+    complain(console, text.substr(0, text.find('\n')));
+    for (std::size_t end = text.find('\n'); end != std::string_view::npos;) {
+        const std::size_t start = end + 1;
+        end = text.find('\n', start);
+        console.errors << shown(text.substr(start, end - start)) << std::endl;
+    }
+}
+
 }  // namespace program

@@ -26,6 +26,8 @@ std::string shown(std::string_view text);
 
 // One line of the program's own to the errors.
 void complain(Console& console, std::string_view text);
+// ... and of a text with line feeds, as many lines.
+void complainInLines(Console& console, std::string_view text);
 
 }  // namespace program
 

@@ -1,55 +1,100 @@
 #include "app/intake/import.h"
 
+#include <chrono>
+#include <cstdio>
 #include <filesystem>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <stdexcept>
-#include <vector>
 
+#include "app/intake/import_events.h"
+#include "app/intake/import_run.h"
+#include "app/intake/interrupts.h"
+#include "app/intake/looks_like.h"
 #include "app/intake/messages.h"
 #include "app/intake/progress_line.h"
+#include "app/intake/summary.h"
 #include "app/intake/utf8.h"
 #include "datasets/workspace.h"
 #include "host/qxbase.h"
-#include "include/intakedl.h"
 
 namespace program {
 
 namespace {
 
-// Hears what the library tells while it imports.
-class Report {
+// Tells what the library tells while it imports, and keeps it.
+class Report : public ImportListener {
   public:
     Report(const ImportOptions& options, Console& console)
         : options_(options),
           console_(console),
-          progress_(console.errors, console.terminal && !options.quiet, options.file) {
-        mesink_([](int32_t level, const char* text,
-                   void* user) { static_cast<Report*>(user)->message(level, text); },
-                this);
-        prgset_([](int32_t event, const char* code, int64_t lines, int64_t bytes,
-                   void* user) { static_cast<Report*>(user)->told(event, code, lines, bytes); },
-                this);
-    }
-    ~Report() {
-        mesink_(nullptr, nullptr);
-        prgset_(nullptr, nullptr);
-    }
-    Report(const Report&) = delete;
-    Report& operator=(const Report&) = delete;
+          line_(console.errors, console.terminal && !options.quiet && !options.events),
+          events_(console.errors, options.events) {}
 
-    int exitStatus(int32_t result) const {
-        if (result == 0) return kEnded;
-        return worst_ >= QX_NONFATAL ? kComplained : kDone;
+    void start(const Source& source) {
+        int64_t bytes = 0;
+        for (const auto& volume : source.volumes()) bytes += static_cast<int64_t>(volume.bytes);
+        bytes_ = BytesRead(bytes);
+        events_.start(options_.source.file, options_.dataset, bytes);
     }
 
-    nlohmann::ordered_json outcome(int32_t result) const {
+    void message(int32_t level, const std::string& text) override {
+        worst_ = std::max(worst_, level);
+        keep(messages_, [&]() -> nlohmann::ordered_json {
+            return {{"level", levelName(level)}, {"text", toUtf8(text)}};
+        });
+        if (options_.quiet && level < QX_NONFATAL) return;
+        if (events_.enabled()) {
+            events_.message(level, text);
+            return;
+        }
+        line_.clear();
+        // What the end of a file means that is none is told otherwise.
+        printMessage(console_, level, text, begun_);
+    }
+    void kindDecided(const std::string& kind) override { kind_ = kind; }
+    void sectionBegins(const std::string&, int64_t) override { begun_ = true; }
+    void sectionEnds(const std::string& code, int64_t lines) override {
+        keep(sections_, [&]() -> nlohmann::ordered_json {
+            return {{"code", code}, {"lines", lines}};
+        });
+    }
+    void progress(std::string_view code, int64_t bytes) override {
+        if (!code.empty()) section_ = code;
+        bytes_.of(bytes);
+        line_.show(section_, bytes_);
+        events_.progress(section_, bytes_);
+    }
+    void endedIn(const std::string&, int64_t) override {}
+
+    // The program's own last word.
+    void remark(const std::string& text) {
+        line_.clear();
+        if (events_.enabled()) {
+            events_.message(QX_INFORM, text);
+        } else {
+            complain(console_, text);
+        }
+    }
+    void end(int status, const std::string& content, double seconds) {
+        line_.clear();
+        events_.end(status, kind_, content, seconds);
+    }
+
+    int32_t worst() const { return worst_; }
+    const std::string& kind() const { return kind_; }
+    // Whether a section has come to be read, which a dataset that stood before may prevent.
+    bool begun() const { return begun_; }
+
+    nlohmann::ordered_json outcome(int32_t result, const std::string& looksLike) const {
         nlohmann::ordered_json object;
-        object["file"] = toUtf8(options_.file);
+        object["file"] = toUtf8(options_.source.file);
         object["dataset"] = toUtf8(options_.dataset);
         object["kind"] = kind_;
         object["result"] = result;
         object["messages"] = messages_;
         object["sections"] = sections_;
+        if (!looksLike.empty()) object["looksLike"] = looksLike;
         if (leftOut_ != 0) object["leftOut"] = leftOut_;
         return object;
     }
@@ -67,33 +112,14 @@ class Report {
         }
     }
 
-    void message(int32_t level, std::string_view text) {
-        worst_ = std::max(worst_, level);
-        keep(messages_, [&]() -> nlohmann::ordered_json {
-            return {{"level", levelName(level)}, {"text", toUtf8(text)}};
-        });
-        if (options_.quiet && level < QX_NONFATAL) return;
-        progress_.clear();
-        printMessage(console_, level, text);
-    }
-
-    void told(int32_t event, const char* code, int64_t lines, int64_t bytes) {
-        if (event == QX_KIND_DECIDED) {
-            kind_ = code;
-            return;
-        }
-        if (event == QX_SECTION_ENDS) {
-            keep(sections_, [&]() -> nlohmann::ordered_json {
-                return {{"code", code}, {"lines", lines}};
-            });
-        }
-        progress_.show(code, bytes);
-    }
-
     const ImportOptions& options_;
     Console& console_;
-    ProgressLine progress_;
+    ProgressLine line_;
+    ImportEvents events_;
+    BytesRead bytes_{0};
+    std::string section_;
     int32_t worst_ = 0;
+    bool begun_ = false;
     int64_t leftOut_ = 0;
     std::string kind_;
     nlohmann::ordered_json messages_ = nlohmann::ordered_json::array();
@@ -107,6 +133,19 @@ bool standsAlready(const std::string& dataset) {
     return std::filesystem::exists(there) || !datasets::kindsOf(dataset).empty();
 }
 
+std::string secondsText(double seconds) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.*f s", seconds < 10 ? 2 : 0, seconds);
+    return text;
+}
+
+// What was made, how long it took and how to go on.
+std::string lastLine(const ImportOptions& options, const std::string& summary, int32_t result,
+                     double seconds) {
+    return (result == 0 ? "what was imported until there stays: " : "") + summary + " (" +
+           secondsText(seconds) + "); `intake show " + quoted(options.dataset) + "` tells more";
+}
+
 }  // namespace
 
 int importFile(const ImportOptions& options, Console& console) {
@@ -114,15 +153,50 @@ int importFile(const ImportOptions& options, Console& console) {
         complain(console, options.dataset + " exists already; --force imports to it all the same");
         return kWrongUsage;
     }
+    const Interrupts interrupts;
     Report report(options, console);
-    // Standard output is for the object alone.
-    const int32_t quiet = options.quiet && !options.json ? 1 : 0;
-    const int32_t result = ImportFile(options.file.c_str(), options.dataset.c_str(), quiet);
+    const auto begun = std::chrono::steady_clock::now();
+    std::optional<Source> source;
+    try {
+        source.emplace(options.source);
+    } catch (const Undecided& undecided) {
+        complainInLines(console, undecided.what());
+        return kWrongUsage;
+    } catch (const std::runtime_error& error) {
+        report.message(QX_ERROR, error.what());
+    }
+    int32_t result = 0;
+    if (source) {
+        report.start(*source);
+        // Standard output is for the object alone.
+        result = runImport(*source, options.dataset, options.quiet && !options.json, report);
+    }
+    int status = report.worst() >= QX_NONFATAL ? kComplained : kDone;
+    std::string looksLike;
+    if (interruptedBy() != 0) {
+        status = Interrupted(interruptedBy()).exitStatus();
+    } else if (source && !source->beginsWell()) {
+        // Nothing could be read, or only what follows on the beginning.
+        const Likeness likeness = likenessAt(source->path());
+        looksLike = likeness.what;
+        report.remark(likeness.sentence(source->shown(source->path())));
+        status = kComplained;
+    }
+    if (result == 0 && interruptedBy() == 0) status = kEnded;
+    const std::chrono::duration<double> time = std::chrono::steady_clock::now() - begun;
+    std::string summary;
+    if (report.begun() && !options.isTemporary && (!options.quiet || options.events)) {
+        summary = summaryOf(options.dataset, report.kind());
+    }
+    if (!summary.empty() && !options.events) {
+        report.remark(lastLine(options, summary, result, time.count()));
+    }
+    report.end(status, summary, time.count());
     if (options.json) {
-        console.output << report.outcome(result).dump() << std::endl;
+        console.output << report.outcome(result, looksLike).dump() << std::endl;
         if (!console.output) throw std::runtime_error("could not write the output");
     }
-    return report.exitStatus(result);
+    return status;
 }
 
 }  // namespace program

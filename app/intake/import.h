@@ -5,15 +5,18 @@
 #include <string>
 
 #include "app/intake/console.h"
+#include "app/intake/source.h"
 
 namespace program {
 
 struct ImportOptions {
-    std::string file;
+    SourceOptions source;
     std::string dataset;
-    bool force = false;  // also where the dataset exists: the library answers then
-    bool quiet = false;  // errors only
-    bool json = false;
+    bool isTemporary = false;  // the dataset is of no use to the user, and nothing is said of it
+    bool force = false;        // also where the dataset exists: the library answers then
+    bool quiet = false;        // errors only
+    bool json = false;         // the outcome as an object on the output
+    bool events = false;       // what there is to tell as JSON Lines on the errors
 };
 
 // Runs the import, with each message to the console's errors as it is given; gives the exit status.

@@ -2,7 +2,6 @@
 #ifndef APP_INTAKE_INTERRUPTS_H
 #define APP_INTAKE_INTERRUPTS_H
 
-#include <csignal>
 #include <stdexcept>
 
 namespace program {
@@ -14,18 +13,25 @@ struct Interrupted : std::runtime_error {
     int exitStatus() const { return 128 + signal; }
 };
 
-// While this lives the first SIGINT, SIGTERM or SIGHUP is only noted; a second one ends the
-// program at once.
+// While one of these lives the first SIGINT, SIGTERM or SIGHUP is only noted, and an import that
+// runs is asked to stop; a second one ends the program at once, without the temporary files that
+// there are. Signals that were ignored before still are. They may be nested.
 class Interrupts {
   public:
     Interrupts();
     ~Interrupts();
     Interrupts(const Interrupts&) = delete;
     Interrupts& operator=(const Interrupts&) = delete;
+};
 
-  private:
-    static constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP};
-    struct sigaction before_[3];
+// While this lives, within an Interrupts, also the first one ends the program at once: nothing but
+// temporary files is being made. Throws an Interrupted if one was noted already.
+class EndingAtOnce {
+  public:
+    EndingAtOnce();
+    ~EndingAtOnce();
+    EndingAtOnce(const EndingAtOnce&) = delete;
+    EndingAtOnce& operator=(const EndingAtOnce&) = delete;
 };
 
 // The signal that was noted, or 0.

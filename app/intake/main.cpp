@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "app/intake/command_line.h"
+#include "app/intake/temporary_folder.h"
 
 namespace {
 
@@ -36,8 +37,10 @@ bool onlyReads(std::string_view command) {
         if (const auto exception = std::current_exception()) std::rethrow_exception(exception);
     } catch (const std::bad_alloc&) {
         tellOutOfMemory();
+        program::removeTemporaryFolders();
         ::_exit(program::kEnded);
     } catch (...) {}
+    program::removeTemporaryFolders();
     std::abort();
 }
 

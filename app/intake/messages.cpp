@@ -30,25 +30,27 @@ const Level& levelOf(int32_t level) {
 
 const char* levelName(int32_t level) { return levelOf(level).name; }
 
-void printMessage(Console& console, int32_t level, std::string_view text) {
+void printMessage(Console& console, int32_t level, std::string_view text, bool explain) {
     for (std::size_t start = 0; start <= text.size();) {
         const std::size_t end = std::min(text.find('\n', start), text.size());
         console.errors << levelOf(level).lead << ": " << shown(text.substr(start, end - start))
                        << '\n';
         start = end + 1;
     }
-    const std::string meaning = explanationOf(text);
+    const std::string meaning = explain ? explanationOf(text) : "";
     if (!meaning.empty()) complain(console, meaning);
     console.errors.flush();
 }
 
-Listening::Listening(Console& console) : console_(console) {
+Listening::Listening(Console& console, std::function<std::string(std::string_view)> shownAs)
+    : console_(console), shownAs_(std::move(shownAs)) {
     mesink_(
         [](int32_t level, const char* text, void* user) {
             auto* listening = static_cast<Listening*>(user);
             if (level >= QX_NONFATAL) listening->failed_ = true;
             if (level < QX_NONFATAL && listening->errorsOnly_) return;
-            printMessage(listening->console_, level, text);
+            const auto& shownAs = listening->shownAs_;
+            printMessage(listening->console_, level, shownAs ? shownAs(text) : text);
         },
         this);
     baseinitC();

@@ -3,6 +3,8 @@
 #define APP_INTAKE_MESSAGES_H
 
 #include <cstdint>
+#include <functional>
+#include <string>
 #include <string_view>
 
 #include "app/intake/console.h"
@@ -14,13 +16,14 @@ const char* levelName(int32_t level);
 
 // Prints a message to the errors, one line per line of text, each led by its level, and behind it
 // what it means where the message leaves that open.
-void printMessage(Console& console, int32_t level, std::string_view text);
+void printMessage(Console& console, int32_t level, std::string_view text, bool explain = true);
 
 // Every message of the companions goes to the console while this lives. Their services are at their
 // start when it begins, and closed when it ends.
 class Listening {
   public:
-    explicit Listening(Console& console);
+    // shownAs, if there is one, gives the words of a message for the user.
+    explicit Listening(Console& console, std::function<std::string(std::string_view)> shownAs = {});
     ~Listening();
     Listening(const Listening&) = delete;
     Listening& operator=(const Listening&) = delete;
@@ -32,6 +35,7 @@ class Listening {
 
   private:
     Console& console_;
+    std::function<std::string(std::string_view)> shownAs_;
     bool errorsOnly_ = false;
     bool failed_ = false;
 };

@@ -4,10 +4,12 @@
 #include <cctype>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <stdexcept>
 #include <utility>
 #include <vector>
 
+#include "app/intake/interrupts.h"
 #include "app/intake/messages.h"
 #include "host/cpp/call.h"
 #include "host/qxbase.h"
@@ -161,9 +163,9 @@ bool exists(const std::string& path) {
 }
 
 // What speaks against the output's name, "" for nothing.
-std::string objection(const PackOptions& options) {
+std::string objection(const PackOptions& options, const Source& source) {
     const std::string& output = options.output;
-    if (options.input.size() > Name::kLength || output.size() > Name::kLength) {
+    if (source.path().size() > Name::kLength || output.size() > Name::kLength) {
         return "the name of a file is too long";
     }
     if (exists(output)) return output + " exists already";
@@ -174,9 +176,9 @@ std::string objection(const PackOptions& options) {
     if (options.linesPerVolume > 0 && !(digit(1) && digit(2))) {
         return output + " cannot be split in volumes: its name does not end in two digits";
     }
-    Name next = lastVolume(options.input);
+    Name next = lastVolume(source.path());
     nextVolume(next);
-    if (next == output) return output + " would be a volume of " + options.input;
+    if (next == output) return output + " would be a volume of " + options.source.file;
     return {};
 }
 
@@ -189,8 +191,8 @@ void takeAway(const std::string& output, int32_t volumes) {
     }
 }
 
-void copy(const PackOptions& options, Output& output) {
-    Input input(options.input);
+void copy(const Source& source, Output& output) {
+    Input input(source.path());
     for (const auto* lines = &input.read(); !lines->empty(); lines = &input.read()) {
         output.write(*lines);
     }
@@ -198,11 +200,12 @@ void copy(const PackOptions& options, Output& output) {
 }
 
 // Whether the volumes behind the output's name are enough, found out before the first is made.
-bool volumesSuffice(const PackOptions& options, Listening& listening, Console& console) {
+bool volumesSuffice(const PackOptions& options, const Source& source, Listening& listening,
+                    Console& console) {
     if (options.linesPerVolume == 0) return true;
     Output counted(options, true);
     listening.tellErrorsOnly(true);
-    copy(options, counted);
+    copy(source, counted);
     listening.tellErrorsOnly(false);
     const int64_t volumes = 100 - std::stoi(options.output.substr(options.output.size() - 2));
     const int64_t least = leastLinesPerVolume(counted.linesCounted(), volumes);
@@ -216,15 +219,26 @@ bool volumesSuffice(const PackOptions& options, Listening& listening, Console& c
 }  // namespace
 
 int pack(const PackOptions& options, Console& console) {
-    if (const std::string text = objection(options); !text.empty()) {
+    const Interrupts interrupts;
+    std::optional<Source> source;
+    try {
+        source.emplace(options.source);
+    } catch (const Undecided& undecided) {
+        complainInLines(console, undecided.what());
+        return kWrongUsage;
+    } catch (const std::runtime_error& error) {
+        complainInLines(console, error.what());
+        return kEnded;
+    }
+    if (const std::string text = objection(options, *source); !text.empty()) {
         complain(console, text);
         return kWrongUsage;
     }
-    Listening listening(console);
+    Listening listening(console, [&](std::string_view text) { return source->shown(text); });
     Output output(options, false);
     try {
-        if (!volumesSuffice(options, listening, console)) return kWrongUsage;
-        copy(options, output);
+        if (!volumesSuffice(options, *source, listening, console)) return kWrongUsage;
+        copy(*source, output);
         return kDone;
     } catch (const std::exception& error) {
         complain(console, error.what());
@@ -232,7 +246,7 @@ int pack(const PackOptions& options, Console& console) {
         // An error of the stream, which has said what it was.
     }
     takeAway(options.output, output.volumes());
-    return kEnded;
+    return interruptedBy() != 0 ? Interrupted(interruptedBy()).exitStatus() : kEnded;
 }
 
 }  // namespace program

@@ -6,11 +6,12 @@
 #include <string>
 
 #include "app/intake/console.h"
+#include "app/intake/source.h"
 
 namespace program {
 
 struct PackOptions {
-    std::string input;           // the file in any form, or its first volume
+    SourceOptions source;        // the file in any form, or its first volume
     std::string output;          // the file to make, or its first volume; must not exist
     int32_t level = 0;           // 0 plain, 1 blanks are compressed, 2 numbers too
     int32_t linesPerVolume = 0;  // 0 for one volume

@@ -9,26 +9,39 @@
 
 namespace program {
 
+// Bytes read of all volumes, out of those of the one at hand.
+class BytesRead {
+  public:
+    explicit BytesRead(int64_t total) : total_(total) {}
+    // The count of a volume, which begins anew with each.
+    void of(int64_t volume) {
+        if (volume < position_) before_ += position_;
+        position_ = volume;
+    }
+    int64_t total() const { return total_; }
+    int64_t read() const { return before_ + position_ < total_ ? before_ + position_ : total_; }
+
+  private:
+    int64_t total_;
+    int64_t before_ = 0;    // of the volumes before the one at hand
+    int64_t position_ = 0;  // in the volume at hand
+};
+
 class ProgressLine {
   public:
     // Shows nothing at all if it is not enabled. Gone when it goes out of scope.
-    ProgressLine(std::ostream& stream, bool enabled, const std::string& file);
+    ProgressLine(std::ostream& stream, bool enabled) : stream_(stream), enabled_(enabled) {}
     ~ProgressLine() { clear(); }
     ProgressLine(const ProgressLine&) = delete;
     ProgressLine& operator=(const ProgressLine&) = delete;
 
-    // Tells the section at hand ("" for the one before) and the bytes of the volume read so far.
-    void show(std::string_view section, int64_t bytes);
+    void show(std::string_view section, const BytesRead& bytes);
     // Takes the line off the screen, as something else is to be printed.
     void clear();
 
   private:
     std::ostream& stream_;
     bool enabled_;
-    int64_t total_ = 0;     // bytes of all volumes
-    int64_t before_ = 0;    // bytes of the volumes before the one at hand
-    int64_t position_ = 0;  // in the volume at hand
-    std::string section_;
     std::string line_;  // on the screen
 };
 

@@ -1,25 +1,93 @@
 #include "app/intake/temporary_folder.h"
 
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
 #include <cerrno>
 #include <cstdlib>
-#include <filesystem>
+#include <cstring>
+#include <mutex>
 #include <stdexcept>
-#include <system_error>
+#include <string_view>
 
 namespace program {
 
-TemporaryFolder::TemporaryFolder() {
-    const char* place = std::getenv("TMPDIR");
-    path_ = std::string(place && *place ? place : "/tmp") + "/intake-XXXXXX";
-    if (!::mkdtemp(path_.data())) {
-        throw std::runtime_error("no temporary folder can be made (" + path_ +
-                                 "): " + std::generic_category().message(errno));
+namespace {
+
+// Texts of a fixed size: a way out for want of memory reads them too.
+struct Entry {
+    bool used = false;
+    std::array<char, 256> path{};
+};
+std::array<Entry, 8> entries;
+std::mutex entriesInUse;
+
+// Removes what is in an open folder, and closes it. Links are removed, not followed.
+void empty(int folder) noexcept {
+    DIR* listing = ::fdopendir(folder);
+    if (!listing) {
+        ::close(folder);
+        return;
+    }
+    while (const dirent* entry = ::readdir(listing)) {
+        const std::string_view name = entry->d_name;
+        if (name == "." || name == "..") continue;
+        if (::unlinkat(folder, entry->d_name, 0) == 0) continue;
+        const int inner =
+            ::openat(folder, entry->d_name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+        if (inner < 0) continue;
+        empty(inner);
+        ::unlinkat(folder, entry->d_name, AT_REMOVEDIR);
+    }
+    ::closedir(listing);
+}
+
+void remove(const char* path) noexcept {
+    // Another thread may still make a file in it.
+    for (int tries = 0; tries < 100; ++tries) {
+        const int folder = ::open(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+        if (folder < 0) return;
+        empty(folder);
+        if (::rmdir(path) == 0) return;
     }
 }
 
+}  // namespace
+
+TemporaryFolder::TemporaryFolder() {
+    const char* chosen = std::getenv("TMPDIR");
+    path_ = std::string(chosen && *chosen ? chosen : "/tmp") + "/intake.XXXXXX";
+    const std::lock_guard lock(entriesInUse);
+    for (place_ = 0; place_ < entries.size() && entries[place_].used;) ++place_;
+    // The paths of files in it have to fit the buffers of the library.
+    constexpr std::size_t kLongest = 100;
+    if (path_.size() > kLongest || place_ == entries.size()) {
+        throw std::runtime_error("the path of the folder for temporary files is too long: " +
+                                 path_ + "; TMPDIR names another one");
+    }
+    if (!::mkdtemp(path_.data())) {
+        throw std::runtime_error("could not make the folder for temporary files " + path_ + ": " +
+                                 std::strerror(errno) + "; TMPDIR names another place");
+    }
+    path_.copy(entries[place_].path.data(), path_.size());
+    entries[place_].path[path_.size()] = '\0';
+    entries[place_].used = true;
+}
+
 TemporaryFolder::~TemporaryFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
+    const std::lock_guard lock(entriesInUse);
+    remove(path_.c_str());
+    entries[place_].used = false;
+}
+
+void removeTemporaryFolders() noexcept {
+    // Without the lock: the thread that holds it may be the one that ends.
+    for (const Entry& entry : entries) {
+        if (entry.used) remove(entry.path.data());
+    }
 }
 
 }  // namespace program

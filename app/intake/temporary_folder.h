@@ -1,24 +1,32 @@
-// A folder for what is needed while a command runs.
+// A folder for files that nobody is to find later.
 #ifndef APP_INTAKE_TEMPORARY_FOLDER_H
 #define APP_INTAKE_TEMPORARY_FOLDER_H
 
+#include <cstddef>
 #include <string>
 
 namespace program {
 
-// Made in TMPDIR, or in /tmp; gone with all that is in it when it goes out of scope.
+// Made in TMPDIR or /tmp, for this user alone, and removed with all that is in it when it goes out
+// of scope or the program is ended by a signal (interrupts.h).
 class TemporaryFolder {
   public:
-    // Throws a std::runtime_error with the system's reason if it cannot be made.
+    // Throws a std::runtime_error whose text is for the user.
     TemporaryFolder();
     ~TemporaryFolder();
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
     const std::string& path() const { return path_; }
 
   private:
     std::string path_;
+    std::size_t place_;  // in the list of those that there are
 };
+
+// Removes all that there are, on a way out of the program that leaves no scope. May be called from
+// another thread than the one that fills them.
+void removeTemporaryFolders() noexcept;
 
 }  // namespace program
 

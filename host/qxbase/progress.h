@@ -10,7 +10,9 @@ enum QxProgressEvent {
     QX_SECTION_BEGINS = 1, /* lines is 0 */
     QX_SECTION_GOES_ON = 2,
     QX_SECTION_ENDS = 3,
-    QX_KIND_DECIDED = 4 /* lines is 0 */
+    QX_KIND_DECIDED = 4,   /* lines is 0 */
+    QX_SECTION_HEADER = 5, /* lines is the precision code of the section that begins: 1, 2 or 3 */
+    QX_IMPORT_ENDED = 6    /* by an error: code is the volume, lines the last of its lines read */
 };
 
 /* Told once when the kind of dataset is known, at the start and end of each section and every few
@@ -25,6 +27,15 @@ typedef void (*QxProgress)(int32_t event, const char* code, int64_t lines, int64
 
 /* Sets the host's function; null for none. Stays in force until it is set again. */
 QX_API void prgset_(QxProgress progress, void* user);
+
+/* Asks the import that runs, or else the next one, to end as by an error: asked is not 0, or 0 to
+ * take the wish back. It ends where a section begins, or after some thousand lines inside one, and
+ * says where; what was imported until there stays. May be called at any time, from any thread and
+ * from the handler of a signal. Stays in force until it is set again. */
+QX_API void prgstp_(const int32_t* asked);
+
+/* Looked at by the importer: asked is not 0 where it is to end. */
+QX_API void prgask_(int32_t* asked);
 
 /* Told by the importer; passed on to the host's function. */
 QX_API void prgtel_(const int32_t* event, const char* code, const int64_t* lines,

@@ -25,6 +25,7 @@ raster            host/|stream/
 symbols           host/|stream/
 plots             host/|stream/
 entry             host/|stream/|(include/)?intakedl\.h|[a-z]+/sections\.h
+containers        -
 crs               -
 topology          -
 formats           crs/reference_system\.h

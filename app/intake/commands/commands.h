@@ -8,10 +8,12 @@
 #include <string>
 
 #include "app/intake/console.h"
+#include "app/intake/source.h"
 
 namespace program {
 
 void addImport(CLI::App& app, Console& console, int& status);
+void addCheck(CLI::App& app, Console& console, int& status);
 void addShow(CLI::App& app, Console& console, int& status);
 void addDump(CLI::App& app, Console& console, int& status);
 void addDraw(CLI::App& app, Console& console, int& status);
@@ -19,6 +21,10 @@ void addExport(CLI::App& app, Console& console, int& status);
 void addConvert(CLI::App& app, Console& console, int& status);
 void addPack(CLI::App& app, Console& console, int& status);
 void addUnpack(CLI::App& app, Console& console, int& status);
+
+// FILE and --max-size of a command that reads an interchange file.
+void addSource(CLI::App& command, SourceOptions& source);
+void addMaxSize(CLI::App& command, uint64_t& mostBytes);
 
 // The option --kind of a command that reads a dataset.
 void addKind(CLI::App& command, std::string& kind);

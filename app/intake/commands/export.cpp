@@ -73,7 +73,7 @@ void addConvert(CLI::App& app, Console& console, int& status) {
     auto options = std::make_shared<ConvertOptions>();
     // Shares its life with that of the whole.
     const std::shared_ptr<ExportOptions> output(options, &options->output);
-    command->add_option("FILE", options->file, "The file, or its first volume")->required();
+    addSource(*command, options->source);
     command->add_option("OUT", output->output, kOutput)->required();
     command->add_flag("--partial", options->partial,
                       "Also what could be read of a file that is damaged");

@@ -7,11 +7,17 @@ namespace program {
 void addImport(CLI::App& app, Console& console, int& status) {
     auto* command = app.add_subcommand("import", "Rebuild the dataset of an interchange file");
     auto options = std::make_shared<ImportOptions>();
-    command->add_option("FILE", options->file, "The file, or its first volume")->required();
+    addSource(*command, options->source);
     command->add_option("DATASET", options->dataset, "The path of the dataset to make")->required();
     command->add_flag("--force", options->force, "Go on where DATASET exists already");
     command->add_flag("--quiet", options->quiet, "Tell errors only");
     command->add_flag("--json", options->json, "Print the outcome as one JSON object");
+    command
+        ->add_option_function<std::string>(
+            "--progress", [=](const std::string&) { options->events = true; },
+            "json: tell progress and messages as JSON Lines, for a program that shows them")
+        ->type_name("FORM")
+        ->check(CLI::IsMember({"json"}).description(""));
     command->callback([=, &console, &status] { status = importFile(*options, console); });
 }
 

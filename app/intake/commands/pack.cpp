@@ -8,8 +8,7 @@ namespace {
 
 void addPacking(CLI::App& command, const std::shared_ptr<PackOptions>& options, Console& console,
                 int& status) {
-    command.add_option("FILE", options->input, "The file in any form, or its first volume")
-        ->required();
+    addSource(command, options->source);
     command.add_option("OUT", options->output, "The file to make, or its first volume")->required();
     if (options->level != 0) {
         command.add_option("--level", options->level, "1: blanks only; 2: numbers too (default)")

@@ -23,8 +23,9 @@ int convertFile(const ConvertOptions& options, Console& console) {
     const Interrupts interrupts;
     const TemporaryFolder workspace;
     ImportOptions import;
-    import.file = options.file;
-    import.dataset = workspace.path() + '/' + nameFor(options.file);
+    import.source = options.source;
+    import.dataset = workspace.path() + '/' + nameFor(options.source.file);
+    import.isTemporary = true;
     import.quiet = options.output.quiet;
     const int imported = importFile(import, console);
     if (interruptedBy() != 0) return Interrupted(interruptedBy()).exitStatus();

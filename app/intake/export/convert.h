@@ -5,11 +5,12 @@
 #include <string>
 
 #include "app/intake/export/export.h"
+#include "app/intake/source.h"
 
 namespace program {
 
 struct ConvertOptions {
-    std::string file;
+    SourceOptions source;
     ExportOptions output;  // its dataset is found by convert itself
     bool partial = false;  // also where the import ends with an error
 };
