@@ -90,7 +90,9 @@ class Features : public Writer {
                 throw std::runtime_error(target +
                                          ": GeoJSON wants longitude and latitude, and there is no "
                                          "way to them from this reference system: " +
-                                         layer.system.name);
+                                         layer.system.name +
+                                         "; --crs states one, --as-is takes coordinates as they "
+                                         "are");
             }
         }
         features_.emplace(layer, std::move(transform), layerProperty, options_.boundingBoxes);
