@@ -124,7 +124,7 @@ class SingleFile : public Features {
           file_(part_.path(), part_.target(), form_) {}
 
     std::string begin(const Layer& layer) override {
-        const std::string name = names_.take(layer.name.empty() ? "layer" : layer.name);
+        std::string name = names_.take(layer.name.empty() ? "layer" : layer.name);
         file_.begin({}, codeToTell(layer));
         beginFeatures(layer, name, file_, part_.target());
         return name;
@@ -169,7 +169,7 @@ class OneFileEach : public Features {
 
     std::string begin(const Layer& layer) override {
         const std::string fileName = folder_.nameFor(layer.name, form_.ending);
-        const std::string name = fileName.substr(0, fileName.size() - form_.ending.size());
+        std::string name = fileName.substr(0, fileName.size() - form_.ending.size());
         file_.emplace(folder_.pathOf(fileName), folder_.target(), form_);
         file_->begin(name, codeToTell(layer));
         beginFeatures(layer, {}, *file_, folder_.target());
