@@ -132,6 +132,17 @@ void tableRecord(std::string& text, uint64_t number) {
     text.append(record, 0, 80).append("\n").append(record, 80, 48).append("\n");
 }
 
+// A record of 156 columns: two integers, four reals of 24 columns, two of 14, a text of 10.
+void wideTableRecord(std::string& text, uint64_t number) {
+    std::string record;
+    print(record, "%11llu%11lld", static_cast<unsigned long long>(number),
+          static_cast<long long>(below(1000000)));
+    for (int item = 0; item < 4; ++item) print(record, "%24.17E", coordinate());
+    for (int item = 0; item < 2; ++item) single(record, coordinate());
+    print(record, "%-10s", "a name");
+    text.append(record, 0, 80).append("\n").append(record, 80, 76).append("\n");
+}
+
 std::string item(const char* name, int width, int start, int outputWidth, int decimals, int type,
                  int number) {
     std::string line;
@@ -148,6 +159,19 @@ std::vector<std::string> tableItems() {
         lines.push_back(item(name.c_str(), 4, 9 + 4 * index, 12, 3, 6, 3 + index));
     }
     lines.push_back(item("NAME", 22, 33, 22, -1, 2, 9));
+    return lines;
+}
+
+std::vector<std::string> wideTableItems() {
+    std::vector<std::string> lines = {item("ID", 4, 1, 5, -1, 5, 1),
+                                      item("KIND", 4, 5, 5, -1, 5, 2)};
+    for (int index = 0; index < 4; ++index) {
+        const std::string name = "VALUE" + std::to_string(index);
+        lines.push_back(item(name.c_str(), 8, 9 + 8 * index, 18, 5, 6, 3 + index));
+    }
+    lines.push_back(item("RATE", 4, 41, 12, 3, 6, 7));
+    lines.push_back(item("SHARE", 4, 45, 12, 3, 6, 8));
+    lines.push_back(item("NAME", 10, 49, 10, -1, 2, 9));
     return lines;
 }
 
@@ -226,6 +250,12 @@ const std::vector<Kind>& allKinds() {
          "IFO  2",
          {"EOI"},
          tableRecord},
+        {"table_156",
+         {},
+         {{{{2, 'I', 11}, {4, 'E', 24}, {2, 'E', 14}, {1, 'A', 10}}}, -1, {}, 1, 2},
+         "IFO  2",
+         {"EOI"},
+         wideTableRecord},
     };
     return all;
 }
@@ -252,8 +282,9 @@ Generated generate(const Kind& kind, std::size_t bytes) {
     std::string count;
     print(count, "%10llu", static_cast<unsigned long long>(records));
     if (kind.header == std::string("IFO  2")) {
-        print(text, "%-34s%4d%4d%4d%s\n", "BENCH.DAT", 9, 9, 54, count.c_str());
-        for (const std::string& line : tableItems()) text += line + "\n";
+        print(text, "%-34s%4d%4d%4d%s\n", "BENCH.DAT", 9, 9, 58, count.c_str());
+        const bool wide = kind.record == wideTableRecord;
+        for (const std::string& line : wide ? wideTableItems() : tableItems()) text += line + "\n";
     }
     for (std::string line : kind.prologue) {
         if (const auto at = line.find("%r"); at != std::string::npos) {

@@ -130,6 +130,19 @@ void dump(benchmark::State& state) {
     state.counters["JSON_MBps"] = bytes / usage.cpu / 1e6;
 }
 
+void pack(benchmark::State& state) {
+    const fs::path file = arcs("large.e00", importBytes());
+    const fs::path packed = folder() / "packed.e00";
+    const Usage usage = best(state, [&] {
+        fs::remove(packed);
+        return runIntake({"pack", file.string(), packed.string()});
+    });
+    const auto bytes = static_cast<double>(fs::file_size(packed));
+    fs::remove(packed);
+    require(bytes > 0.2 * static_cast<double>(importBytes()), "the lines are packed");
+    state.counters["intake_MBps"] = static_cast<double>(importBytes()) / usage.cpu / 1e6;
+}
+
 }  // namespace
 
 void registerProgram() {
@@ -137,6 +150,7 @@ void registerProgram() {
     measure("program/memory", 1, memoryHeight);
     measure("program/show", importRounds(), show);
     measure("program/dump", importRounds(), dump);
+    measure("program/pack", importRounds(), pack);
 }
 
 }  // namespace bench

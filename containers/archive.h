@@ -18,7 +18,7 @@ struct Failure : std::runtime_error {
 // ... by what is in the file: it is cut short, damaged or encrypted.
 struct Damage : Failure {
     using Failure::Failure;
-    bool inWanted = false;  // a file of the kind that is looked for begins in it all the same
+    bool inWanted = false;  // a file of the kind that is looked for begins in it, or may
 };
 
 struct Limits {

@@ -218,7 +218,7 @@ Expansion Expander::expand(const Request& request) const {
     try {
         Walk(request.folder, looking, see).run(file, request.shownAs, name);
     } catch (Damage& damage) {
-        damage.inWanted = !choosing.candidates().empty();
+        damage.inWanted = choosing.leaves().empty() || !choosing.candidates().empty();
         throw;
     }
 

@@ -87,6 +87,8 @@ bool Level::next() {
     }
 }
 
+std::size_t Level::passOverRest() { return gzip_ ? gzip_->next().size() : 0; }
+
 bool Level::compressedOnly() const { return archive_format(archive_.get()) == ARCHIVE_FORMAT_RAW; }
 
 bool Level::encrypted() const { return archive_entry_is_encrypted(entry_) != 0; }
@@ -127,12 +129,13 @@ void Level::fail() const {
     if (noMemory_ || archive_errno(archive_.get()) == ENOMEM) throw std::bad_alloc();
     if (!gzipFailure_.empty()) throw Damage(gzipFailure_);
     const char* told = archive_error_string(archive_.get());
-    const std::string words = told ? told : "it cannot be read";
+    std::string words = told ? told : "it cannot be read";
+    words.erase(std::min(words.find('\n'), words.size()));
     if (holds(words, "passphrase") || holds(words, "encrypt")) {
         throw Damage(shownAs_ + " is encrypted; take the file out of it with its password first");
     }
     constexpr std::string_view kShort[] = {"truncated", "premature", "unexpected end",
-                                           "no progress is possible"};
+                                           "no progress is possible", "decompression failed (-5)"};
     if (std::any_of(std::begin(kShort), std::end(kShort),
                     [&](std::string_view word) { return holds(words, word); })) {
         throw Damage(shownAs_ + " is cut short: its end is missing");

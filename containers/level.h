@@ -27,6 +27,9 @@ class Level {
 
     // Goes to the next regular file; false at the end.
     bool next();
+    // Behind the last file: how many more bytes were expanded of what fills the container up, whose
+    // checksum stands behind it; 0 at the end.
+    std::size_t passOverRest();
     // Only the one file that was compressed, whose name is not known here.
     bool compressedOnly() const;
     const std::string& name() const { return name_; }

@@ -43,11 +43,27 @@ void Walk::container(const Descriptor& file, const Place& place) {
                       " others; expand it by hand first");
     }
     Level level(file, place.shownAs);
-    while (!ended_ && level.next()) {
-        member(level, place);
+    while (level.next()) {
+        // The rest of a compressed archive is passed over for its checksum.
+        if (ended_) {
+            passOver(level);
+        } else {
+            member(level, place);
+        }
         // There is nothing behind it, and looking for it would expand it to its end.
-        if (level.compressedOnly()) break;
+        if (level.compressedOnly() || (ended_ && !level.passesByReading())) return;
     }
+    for (uint64_t rest = 0; const std::size_t count = level.passOverRest();) {
+        rest += count;
+        budget_.take(count, rest, level.consumed());
+    }
+}
+
+// The library would do it without looking at the limits.
+void Walk::passOver(Level& level) {
+    if (!level.passesByReading() || level.compressedOnly() || level.encrypted()) return;
+    LeafReader reader(level, budget_);
+    readRest(reader, [](std::string_view) {});
 }
 
 void Walk::member(Level& level, const Place& place) {
@@ -72,10 +88,7 @@ void Walk::member(Level& level, const Place& place) {
         readRest(reader, [&](std::string_view bytes) { copy.write(bytes); });
         nested(copy, place, leaf, reader);
     }
-    // The library would pass over the rest of it without looking at the limits.
-    if (!ended_ && !leaf.encrypted && !level.compressedOnly() && level.passesByReading()) {
-        readRest(reader, [](std::string_view) {});
-    }
+    passOver(level);
 }
 
 void Walk::nested(const Descriptor& file, const Place& place, Leaf& leaf, LeafReader& reader) {

@@ -61,6 +61,7 @@ class Walk {
     };
     void container(const Descriptor& file, const Place& place);
     void member(Level& level, const Place& place);
+    void passOver(Level& level);
     void nested(const Descriptor& file, const Place& place, Leaf& leaf, LeafReader& reader);
     void visit(Leaf& leaf, const Place& place, LeafReader& reader);
 

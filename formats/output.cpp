@@ -23,7 +23,7 @@ std::string makePart(const std::string& target, Part::Kind kind) {
     constexpr int kAttempts = 100;
     std::random_device random;
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
-        const std::string path = target + "." + std::to_string(random()) + ".part";
+        std::string path = target + "." + std::to_string(random()) + ".part";
         if (kind == Part::Kind::kFolder) {
             std::error_code error;
             if (fs::create_directory(path, error)) return path;

@@ -10,6 +10,7 @@
 
 #include "app/intake/draw/draw.h"
 #include "app/intake/dump/dump.h"
+#include "app/intake/export/export.h"
 #include "app/intake/show/show.h"
 #include "app/intake/show/within.h"
 #include "fuzz/scratch.h"
@@ -111,9 +112,38 @@ void change(const StoredFile& file, const uint8_t* step) {
     scratch().write(file.name, bytes);
 }
 
+// What comes out is not without end: a format says a number in some dozens of bytes, and arcs are
+// written again for each area that they are around, up to a bound.
+void exportTo(const std::string& format, const std::string& path, const std::string& kind) {
+    std::ostream nowhere(nullptr);
+    program::Console console{nowhere, nowhere, false};
+    program::ExportOptions options;
+    options.dataset = path;
+    options.kind = kind;
+    options.format = format;
+    options.output = scratch().path("export");
+    options.replace = true;
+    options.asIs = true;
+    options.wellKnownText = true;
+    program::exportDataset(options, console);
+    uintmax_t bytes = 0;
+    if (fs::is_regular_file(options.output)) bytes = fs::file_size(options.output);
+    fuzz::require(bytes < 256U << 20, "an export is bounded");
+    fs::remove_all(options.output);
+}
+
 void read(const std::string& path, const std::string& kind, int reader) {
     std::ostream nowhere(nullptr);
     switch (reader) {
+        case 5:
+            exportTo("geopackage", path, kind);
+            break;
+        case 6:
+            exportTo("geojson", path, kind);
+            break;
+        case 7:
+            exportTo("csv", path, kind);
+            break;
         case 0:
             program::print(program::describe(path, kind), nowhere);
             break;
@@ -150,7 +180,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     } catch (const std::runtime_error&) {}
     for (const std::string& kind : kinds) {
         try {
-            read(dataset.path, kind, data[2] % 5);
+            read(dataset.path, kind, data[2] < 200 ? data[2] % 5 : 5 + data[2] % 3);
         } catch (const std::runtime_error&) {
             // What it says is for a user.
         }

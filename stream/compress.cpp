@@ -9,6 +9,9 @@ namespace {
 
 constexpr int kNumbersToo = 2;
 
+// Characters of a line that are packed.
+constexpr std::size_t kLongestPacked = kCompressedLength - 2;
+
 bool isDigit(char character) { return character >= '0' && character <= '9'; }
 
 class Encoder {
@@ -33,9 +36,7 @@ class Encoder {
   private:
     bool more() const { return place_ < text_.size(); }
     char at(std::size_t ahead = 0) const { return text_[place_ + ahead]; }
-    void append(char character) {
-        if (size_ < work_.size()) work_[size_++] = character;
-    }
+    void append(char character) { work_[size_++] = character; }
     void collectDigits() {
         while (more() && isDigit(at())) digits_[digitCount_++] = text_[place_++];
     }
@@ -94,7 +95,7 @@ class Encoder {
             code += 45;
             append(static_cast<char>(10 * (digits_[index] - '0') + 33));
         }
-        if (header < work_.size()) work_[header] = static_cast<char>(code);
+        work_[header] = static_cast<char>(code);
         if (more() && at() != ' ') append('~');
         if (size_ - workStart > place_ - textStart) {
             size_ = workStart;
@@ -105,22 +106,29 @@ class Encoder {
     std::string_view text_;
     int32_t level_;
     std::size_t place_ = 0;
-    std::array<char, kCompressedLength> digits_{};
+    // Filled as far as the counts say. What is written is at most twice as long as its text, which
+    // "~" alone is, and a number that is taken back four characters more.
+    std::array<char, kCompressedLength> digits_;
     std::size_t digitCount_ = 0;
-    // A line of "~" alone doubles.
-    std::array<char, 2 * kCompressedLength> work_{};
+    std::array<char, 2 * kLongestPacked + 4> work_;
     std::size_t size_ = 0;
 };
 
 }  // namespace
 
+std::size_t CMPLIN(std::span<const char> line, int32_t level,
+                   std::span<char, kCompressedLength> work) {
+    Encoder encoder(qx::trimText(line.data(), std::min(line.size(), kLongestPacked)), level);
+    const std::string_view packed = encoder.run().substr(0, work.size());
+    std::copy(packed.begin(), packed.end(), work.begin());
+    return packed.size();
+}
+
 void CMPLIN(std::span<const char> line, int32_t level, CompressedLine& work, int32_t& count) {
-    const std::string_view text =
-        qx::trimText(line.data(), std::min(line.size(), kCompressedLength - 2));
-    Encoder encoder(text, level);
-    const std::string_view packed = encoder.run();
-    work.assign(packed);
-    count = static_cast<int32_t>(std::min(packed.size(), kCompressedLength));
+    const std::size_t size =
+        CMPLIN(line, level, std::span<char, kCompressedLength>(work.data(), kCompressedLength));
+    std::fill_n(work.data() + size, kCompressedLength - size, ' ');
+    count = static_cast<int32_t>(size);
 }
 
 }  // namespace intake

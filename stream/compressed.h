@@ -28,6 +28,9 @@ inline void DCMLIN(const CompressedLine& work, std::span<char> line, int32_t& co
 // Compresses a line at level 1 (blanks and "~" only) or 2 (numbers too). count is the length of the
 // result, which is cut where it does not fit.
 void CMPLIN(std::span<const char> line, int32_t level, CompressedLine& work, int32_t& count);
+// The same without the padding behind the result; gives the count.
+std::size_t CMPLIN(std::span<const char> line, int32_t level,
+                   std::span<char, kCompressedLength> work);
 
 // The writing side. The state says how: EXPCMP 0 for the plain form, 1 or 2 for the level of the
 // compressed one; EXPVER for the version in the header; IMPNAM the first volume; VOLMAX the lines

@@ -22,6 +22,15 @@ std::size_t endSeen(std::string_view packed) {
     return 0;
 }
 
+// All of them are looked at, since that is many at a time.
+bool hasCharactersOfMark(std::string_view text) {
+    bool found = false;
+    for (const char character : text) {
+        found |= (character == kEndMark[0]) | (character == kEndMark[1]);
+    }
+    return found;
+}
+
 bool survives(std::string_view text, int32_t level) {
     CompressedLine packed;
     int32_t count = 0;
@@ -43,8 +52,7 @@ bool survives(std::string_view text, int32_t level) {
 int32_t survivingLevel(std::span<const char> line, int32_t level) {
     const std::string_view text = qx::trimText(line.data(), line.size());
     if (text.size() > kLongestLine) return 0;
-    const bool harmless = text.find_first_of(kEndMark) == std::string_view::npos;
-    if (harmless && text.size() + kEndMark.size() < kLongestLine) return level;
+    if (!hasCharactersOfMark(text) && text.size() + kEndMark.size() < kLongestLine) return level;
     while (level > 0 && !survives(text, level)) --level;
     return level;
 }

@@ -1,4 +1,4 @@
-// The next logical line as a whole, copied from where it lies in the block that was read.
+// The next logical line as a whole, taken from where it lies in the block that was read.
 //
 // Precondition: the file is in the plain form without carriage returns, and the line and what may
 // stand behind it lie in the block. For any other line the answer is false, nothing is read, and
@@ -17,7 +17,7 @@ namespace intake {
 // Characters behind a line that takeWholeLine may write over.
 inline constexpr std::size_t kBehindLine = 16;
 
-// Fills 80 characters, padded with blanks.
+// Fills 80 characters, padded with blanks; a line of more asks for care.
 inline bool takeWholeLine(char* line) {
 #if defined(__SSE2__)
     constexpr std::ptrdiff_t kLooked = 96;
@@ -47,6 +47,21 @@ inline bool takeWholeLine(char* line) {
 #endif
     static_cast<void>(line);
     return false;
+}
+
+// Gives the line where it lies, good until anything else is read. One of more characters than are
+// said asks for care too.
+inline bool takeWholeLine(std::size_t most, std::string_view& line) {
+    QxWindow& window = *reader.window;
+    const auto left = static_cast<std::size_t>(window.end - window.next);
+    if (reader.EXPVER != 0 || reader.HASCR || isReportDue() || left <= most) return false;
+    const void* end = std::memchr(window.next, '\n', most + 1);
+    if (!end) return false;
+    line = {window.next, static_cast<std::size_t>(static_cast<const char*>(end) - window.next)};
+    window.next += line.size() + 1;
+    ++reader.lineNumber;
+    ++reader.logicalLines;
+    return true;
 }
 
 }  // namespace intake

@@ -1,4 +1,4 @@
-#include <algorithm>
+#include <array>
 #include <cstdio>
 #include <cstring>
 
@@ -90,27 +90,25 @@ void EXPLIN(std::span<const char> line) {
         reader.EXPCOL = 0;
         return;
     }
-    CompressedLine packed;
-    int32_t count = 0;
-    CMPLIN(line, reader.EXPCMP, packed, count);
-    FixedText<kCompressedLength + 2> work(packed.view());
-    std::memcpy(work.data() + count, "~}", 2);
-    // What is in the physical line already, and this line behind it.
-    FixedText<Line::kLength + decltype(work)::kLength> text;
+    // What is in the physical line already, this line behind it, and its end mark.
+    std::array<char, Line::kLength + kCompressedLength + 2> text;
     const auto filled = static_cast<std::size_t>(reader.EXPCOL);
     std::memcpy(text.data(), reader.IMPBUF.data(), filled);
-    std::memcpy(text.data() + filled, work.data(), static_cast<std::size_t>(count) + 2);
-    std::size_t start = 0;
-    std::size_t left = filled + static_cast<std::size_t>(count) + 2;
-    reader.IMPBUF.assign(text.full().substr(start, std::min(left, Line::kLength)));
+    std::size_t left = filled + CMPLIN(line, reader.EXPCMP,
+                                       std::span<char, kCompressedLength>(text.data() + filled,
+                                                                          kCompressedLength));
+    std::memcpy(text.data() + left, "~}", 2);
+    left += 2;
+    const char* start = text.data();
     while (left > Line::kLength) {
+        reader.IMPBUF.assign({start, Line::kLength});
         EXPCOM({reader.IMPBUF.data(), Line::kLength});
         // Blanks at the end of a physical line come again at the start of the next one.
         const std::size_t written = trimmedLength(reader.IMPBUF);
         start += written;
         left -= written;
-        reader.IMPBUF.assign(text.full().substr(start, std::min(left, Line::kLength)));
     }
+    reader.IMPBUF.assign({start, left});
     reader.EXPCOL = static_cast<int32_t>(left);
 }
 

@@ -19,6 +19,8 @@ constexpr char kExamples[] =
   intake dump roads                         print every record, one JSON object a line
   intake dump roads --class arc             ... of one class only
   intake draw roads roads.svg               a picture of it, as SVG or PNG
+  intake convert roads.e00 roads.gpkg       from the file to a format that others open
+  intake export roads roads.gpkg            the same of a dataset that was imported
   intake pack roads.e00 small.e00           the same file in compressed form
   intake unpack small.e00 plain.e00         ... and in plain form again
 

@@ -175,7 +175,7 @@ int importFile(const ImportOptions& options, Console& console) {
     std::string looksLike;
     if (interruptedBy() != 0) {
         status = Interrupted(interruptedBy()).exitStatus();
-    } else if (source && !source->beginsWell()) {
+    } else if (source && (report.kind().empty() || !source->beginsWell())) {
         // Nothing could be read, or only what follows on the beginning.
         const Likeness likeness = likenessAt(source->path());
         looksLike = likeness.what;

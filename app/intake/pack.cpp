@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 #include <optional>
+#include <span>
 #include <stdexcept>
 #include <utility>
 #include <vector>
@@ -16,6 +17,7 @@
 #include "stream/compressed.h"
 #include "stream/reader.h"
 #include "stream/report.h"
+#include "stream/whole_lines.h"
 
 namespace program {
 
@@ -83,33 +85,41 @@ class Input {
     }
 
     // The next lines, none at the end of the file.
-    const std::vector<std::string>& read() {
+    std::span<const std::string> read() {
         const Turn turn(state_);
-        lines_.clear();
-        while (lines_.size() < kLinesPerTurn && !ended()) {
-            // One column more than a line may have shows one that is too long. In compressed form
-            // the end mark of a full line can stand there.
-            char line[kLongestLine + 1];
-            const bool plain = intake::reader.EXPVER == 0;
-            intake::IMPLIN(std::span(line, plain ? sizeof line : kLongestLine));
-            if (plain && line[kLongestLine] != ' ') {
-                intake::fatal("A line of %1% is longer than 300 columns: line %2%",
-                              intake::reader.IMPNAM,
-                              static_cast<int32_t>(intake::reader.lineNumber));
+        std::size_t count = 0;
+        for (; count < lines_.size() && !ended(); ++count) {
+            std::string_view line;
+            if (intake::takeWholeLine(kLongestLine, line)) {
+                lines_[count].assign(qx::trimText(line));
+            } else {
+                readLine(lines_[count]);
             }
-            lines_.emplace_back(qx::trimText(line, kLongestLine));
         }
-        return lines_;
+        return {lines_.data(), count};
     }
 
     const Name& last() const { return last_; }
 
   private:
+    static void readLine(std::string& text) {
+        // One column more than a line may have shows one that is too long. In compressed form the
+        // end mark of a full line can stand there.
+        char line[kLongestLine + 1];
+        const bool plain = intake::reader.EXPVER == 0;
+        intake::IMPLIN(std::span(line, plain ? sizeof line : kLongestLine));
+        if (plain && line[kLongestLine] != ' ') {
+            intake::fatal("A line of %1% is longer than 300 columns: line %2%",
+                          intake::reader.IMPNAM, static_cast<int32_t>(intake::reader.lineNumber));
+        }
+        text.assign(qx::trimText(line, kLongestLine));
+    }
     bool ended() const { return intake::volumeEnded() && intake::reader.IMPNAM == last_; }
 
     Name last_;
     ReaderState state_;
-    std::vector<std::string> lines_;
+    // Used again and again.
+    std::vector<std::string> lines_ = std::vector<std::string>(kLinesPerTurn);
 };
 
 class Output {
@@ -123,7 +133,7 @@ class Output {
         state_.onlyCounts = onlyCounts;
     }
 
-    void write(const std::vector<std::string>& lines) {
+    void write(std::span<const std::string> lines) {
         const Turn turn(state_);
         for (const std::string& line : lines) {
             ++count_;
@@ -193,9 +203,7 @@ void takeAway(const std::string& output, int32_t volumes) {
 
 void copy(const Source& source, Output& output) {
     Input input(source.path());
-    for (const auto* lines = &input.read(); !lines->empty(); lines = &input.read()) {
-        output.write(*lines);
-    }
+    for (auto lines = input.read(); !lines.empty(); lines = input.read()) output.write(lines);
     output.finish();
 }
 

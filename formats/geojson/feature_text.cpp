@@ -1,6 +1,5 @@
 #include "formats/geojson/feature_text.h"
 
-#include <array>
 #include <cmath>
 #include <utility>
 
@@ -54,10 +53,8 @@ bool FeatureText::append(std::string& text, int64_t fid, const Geometry& geometr
     const bool some = type_ != GeometryType::kNone && !geometry.empty();
     const bool kept = !some || places_.take(geometry);
     if (some && kept && boundingBoxes_) {
-        const Places::Bounds bounds = places_.bounds();
         text += ",\"bbox\":";
-        appendList(text, std::array{bounds.west, bounds.south, bounds.east, bounds.north},
-                   [&](double bound) { appendNumber(text, bound); });
+        appendList(text, places_.bounds(), [&](double bound) { appendNumber(text, bound); });
     }
     text += ",\"geometry\":";
     if (some && kept) {

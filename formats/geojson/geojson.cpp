@@ -90,7 +90,9 @@ class Features : public Writer {
                 throw std::runtime_error(target +
                                          ": GeoJSON wants longitude and latitude, and there is no "
                                          "way to them from this reference system: " +
-                                         layer.system.name);
+                                         layer.system.name +
+                                         "; --crs states one, --as-is takes coordinates as they "
+                                         "are");
             }
         }
         features_.emplace(layer, std::move(transform), layerProperty, options_.boundingBoxes);
@@ -122,7 +124,7 @@ class SingleFile : public Features {
           file_(part_.path(), part_.target(), form_) {}
 
     std::string begin(const Layer& layer) override {
-        const std::string name = names_.take(layer.name.empty() ? "layer" : layer.name);
+        std::string name = names_.take(layer.name.empty() ? "layer" : layer.name);
         file_.begin({}, codeToTell(layer));
         beginFeatures(layer, name, file_, part_.target());
         return name;
@@ -167,7 +169,7 @@ class OneFileEach : public Features {
 
     std::string begin(const Layer& layer) override {
         const std::string fileName = folder_.nameFor(layer.name, form_.ending);
-        const std::string name = fileName.substr(0, fileName.size() - form_.ending.size());
+        std::string name = fileName.substr(0, fileName.size() - form_.ending.size());
         file_.emplace(folder_.pathOf(fileName), folder_.target(), form_);
         file_->begin(name, codeToTell(layer));
         beginFeatures(layer, {}, *file_, folder_.target());

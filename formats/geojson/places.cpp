@@ -50,6 +50,7 @@ bool Places::take(const Geometry& geometry) {
     polygons_.clear();
     x_ = {};
     y_ = {};
+    z_ = {};
     if (!read(geometry)) return false;
     const auto all = static_cast<uint32_t>(paths_.size());
     const std::span<const uint32_t> ringCounts =
@@ -89,8 +90,8 @@ bool Places::read(const Geometry& geometry) {
             vertex = {next[0], next[1], z ? next[2] : 0};
             next += dimensions;
             sum += (vertex.x - vertex.x) + (vertex.y - vertex.y) + (vertex.z - vertex.z);
-            y_.least = std::min(y_.least, vertex.y);
-            y_.most = std::max(y_.most, vertex.y);
+            extend(y_, {vertex.y, vertex.y});
+            extend(z_, {vertex.z, vertex.z});
         }
     }
     return !std::isnan(sum);
@@ -123,8 +124,7 @@ bool Places::toLongitudes() {
                 return false;
             }
             vertex.y = std::clamp(vertex.y, -kMostLatitude, kMostLatitude);
-            y_.least = std::min(y_.least, vertex.y);
-            y_.most = std::max(y_.most, vertex.y);
+            extend(y_, {vertex.y, vertex.y});
         }
         if (projected_) unroll(path);
     }
@@ -153,8 +153,7 @@ bool Places::makePolygon(Polygon polygon) {
         if (range.least < -kMostLongitude || range.most > kMostLongitude) return false;
         extend(x_, range);
         for (const Vertex& vertex : polygon.front()) {
-            y_.least = std::min(y_.least, vertex.y);
-            y_.most = std::max(y_.most, vertex.y);
+            extend(y_, {vertex.y, vertex.y});
         }
         if (!std::ranges::all_of(polygon,
                                  [](const Path& ring) { return longitudes(ring).home(); })) {
@@ -176,10 +175,16 @@ void Places::takeCut(std::vector<Polygon> pieces) {
     }
 }
 
-Places::Bounds Places::bounds() const {
-    if (!transform_ || x_.home()) return {x_.least, y_.least, x_.most, y_.most};
-    if (x_.most - x_.least >= 360) return {-180, y_.least, 180, y_.most};
-    return {normalized(x_.least), y_.least, normalized(x_.most), y_.most};
+std::vector<double> Places::bounds() const {
+    double west = x_.least;
+    double east = x_.most;
+    if (transform_ && !x_.home()) {
+        const bool whole = east - west >= 360;
+        west = whole ? -180 : normalized(west);
+        east = whole ? 180 : normalized(east);
+    }
+    if (!hasZ(type_)) return {west, y_.least, east, y_.most};
+    return {west, y_.least, z_.least, east, y_.most, z_.most};
 }
 
 }  // namespace formats::geojson

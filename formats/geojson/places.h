@@ -27,11 +27,9 @@ class Places {
     std::span<const Path> paths() const { return paths_; }
     // Polygons.
     std::span<const Polygon> polygons() const { return polygons_; }
-    // West, south, east, north. West is the greater where the antimeridian lies between.
-    struct Bounds {
-        double west, south, east, north;
-    };
-    Bounds bounds() const;
+    // West, south and, with z, the lowest; then east, north and the highest. West is the greater
+    // where the antimeridian lies between.
+    std::vector<double> bounds() const;
 
   private:
     bool read(const Geometry& geometry);
@@ -49,6 +47,7 @@ class Places {
     std::vector<double> pairs_;
     Range x_;  // running on beyond 180
     Range y_;
+    Range z_;
 };
 
 }  // namespace formats::geojson

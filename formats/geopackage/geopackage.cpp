@@ -143,7 +143,7 @@ class GeoPackage : public Writer {
 };
 
 std::string GeoPackage::begin(const Layer& layer) {
-    const std::string name = names_.take(layerName(layer.name));
+    std::string name = names_.take(layerName(layer.name));
     const bool table = layer.geometry == GeometryType::kNone;
     std::string columns = "fid INTEGER PRIMARY KEY NOT NULL";
     if (!table) columns += ", geom " + std::string(typeName(layer.geometry));

@@ -228,8 +228,10 @@ TEST_F(GeoJsonTest, LinesAndPointsAreCutAtTheAntimeridian) {
     EXPECT_FALSE(kept);
     EXPECT_EQ(geometry(GeometryType::kPoint, Parts({{190, 5}}))["coordinates"], (json{-170, 5}));
     EXPECT_EQ(geometry(GeometryType::kPoint, Parts({{-180, 5}}))["coordinates"], (json{-180, 5}));
+    options.boundingBoxes = true;
     EXPECT_EQ(geometry(GeometryType::kLineStringZ, Parts({{170, 0, 1, 190, 10, 3}}))["coordinates"],
               (json{{{170, 0, 1}, {180, 5, 2}}, {{-180, 5, 2}, {-170, 10, 3}}}));
+    EXPECT_EQ(feature["bbox"], (json{170, 0, 1, -170, 10, 3}));
 
     // Projected ones take the shorter way.
     projection(fromPacific);

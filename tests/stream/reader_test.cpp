@@ -5,6 +5,7 @@
 
 #include "host/qxbase.h"
 #include "stream/lines.h"
+#include "stream/whole_lines.h"
 #include "tests/support/import_test.h"
 
 namespace intake::testing {
@@ -141,8 +142,10 @@ void readDressed(int kind, bool atOnce, std::array<int32_t, 7>& i, std::array<do
     }
 }
 
-// All that the lines of a file give and say, and where the file stands behind each.
-std::string toldBy(const std::string& file, const std::string& kinds, bool atOnce) {
+// All that the lines of a file give and say, and where the file stands behind each. The reading
+// tells what it reads from a place on.
+template <class Reading>
+std::string toldBy(const std::string& file, std::size_t size, Reading reading) {
     std::ostringstream told;
     baseinitC();
     mesink_([](int32_t, const char* text,
@@ -160,13 +163,9 @@ std::string toldBy(const std::string& file, const std::string& kinds, bool atOnc
     RDVER(reader.IMPUNT);
     int64_t bytes = 0;
     call(abytes_, reader.IMPUNT, bytes);
-    while (static_cast<std::size_t>(bytes) < kinds.size()) {
-        std::array<int32_t, 7> integers{};
-        std::array<double, 4> reals{};
+    while (static_cast<std::size_t>(bytes) < size) {
         try {
-            readDressed(kinds[static_cast<std::size_t>(bytes)], atOnce, integers, reals);
-            for (const int32_t value : integers) told << value << ' ';
-            for (const double value : reals) told << std::bit_cast<uint64_t>(value) << ' ';
+            reading(static_cast<std::size_t>(bytes), told);
         } catch (...) {
             told << "failed ";
         }
@@ -180,14 +179,45 @@ std::string toldBy(const std::string& file, const std::string& kinds, bool atOnc
     return told.str();
 }
 
+std::string toldByFormats(const std::string& file, const std::string& kinds, bool atOnce) {
+    return toldBy(file, kinds.size(), [&](std::size_t place, std::ostream& told) {
+        std::array<int32_t, 7> integers{};
+        std::array<double, 4> reals{};
+        readDressed(kinds[place], atOnce, integers, reals);
+        for (const int32_t value : integers) told << value << ' ';
+        for (const double value : reals) told << std::bit_cast<uint64_t>(value) << ' ';
+    });
+}
+
+// Whole lines, copied or looked at where they lie, or by way of a buffer.
+std::string toldWhole(const std::string& file, std::size_t size, bool atOnce, bool copied) {
+    return toldBy(file, size, [&](std::size_t, std::ostream& told) {
+        std::array<char, 301> line;
+        std::string_view view;
+        if (copied) {
+            if (!atOnce || !takeWholeLine(line.data())) IMPLIN(std::span(line.data(), 80));
+            view = {line.data(), 80};
+        } else if (!atOnce || !takeWholeLine(300, view)) {
+            IMPLIN(line);
+            view = {line.data(), line.size()};
+        }
+        told << (copied ? view : qx::trimText(view)) << '|';
+    });
+}
+
 TEST_F(Reader, LinesReadWhereTheyLieGiveAndSayTheSame) {
     std::mt19937_64 engine(3);
     for (int file = 0; file < 40; ++file) {
         // The last ones are longer than a block.
         const auto [text, kinds] = dressedLines(engine, file < 36 ? 300 : 9000);
         given(text);
-        EXPECT_EQ(toldBy(path("in.e00"), kinds, true), toldBy(path("in.e00"), kinds, false))
-            << file;
+        const std::string name = path("in.e00");
+        EXPECT_EQ(toldByFormats(name, kinds, true), toldByFormats(name, kinds, false)) << file;
+        for (const bool copied : {true, false}) {
+            EXPECT_TRUE(toldWhole(name, text.size(), true, copied) ==
+                        toldWhole(name, text.size(), false, copied))
+                << file;
+        }
     }
 }
 

@@ -24,6 +24,7 @@ class CoverageArcs : public topology::ArcSource {
         int32_t record = 0;
         for (const datasets::Arc& arc : arcs_) {
             ++record;
+            vertexCount_ += static_cast<int64_t>(arc.vertices.size());
             if (records_.empty() && arc.number == record) continue;
             if (records_.empty()) {
                 for (int32_t each = 1; each < record; ++each) records_.push_back({each, each});
@@ -43,6 +44,8 @@ class CoverageArcs : public topology::ArcSource {
         return true;
     }
 
+    int64_t vertexCount() const { return vertexCount_; }
+
   private:
     int32_t recordOf(int32_t number) const {
         if (records_.empty()) return number;
@@ -53,6 +56,7 @@ class CoverageArcs : public topology::ArcSource {
     }
 
     datasets::Arcs arcs_;
+    int64_t vertexCount_ = 0;
     // Number and record of each; empty where they are all equal.
     std::vector<std::pair<int32_t, int32_t>> records_;
 };
@@ -89,22 +93,33 @@ Box boxOf(const Shape& shape) {
 // made once more for the lines of the layer "unclosed".
 class Areas {
   public:
-    Areas(Target& target, const std::string& coverage, std::string layer, std::string noun)
+    // An arc is around two polygons, and around many regions that overlap: so often may the
+    // vertices of all arcs be written, lest a small file of lists makes an output without end.
+    Areas(Target& target, const std::string& coverage, std::string layer, std::string noun,
+          int64_t timesEach)
         : target_(target),
           coverage_(coverage),
           layer_(std::move(layer)),
           noun_(std::move(noun)),
           arcs_(coverage),
-          assembler_(arcs_) {}
+          assembler_(arcs_),
+          verticesLeft_(arcs_.vertexCount() * timesEach + kFreeVertices) {}
 
     // List is the arcs around the area.
     void add(int32_t number, std::span<const int32_t> list, std::vector<Value>& values,
              TableColumns& table, bool alreadyWithin) {
-        const Shape& shape = assembler_.assemble(list);
+        const Shape& shape = assembler_.assemble(verticesLeft_ > 0 ? list : list.first(0));
+        for (std::size_t ring = 0; ring < shape.rings(); ++ring) take(shape.ring(ring));
+        for (std::size_t line = 0; line < shape.lines(); ++line) take(shape.line(line));
         if (!alreadyWithin && target_.options().within && !isWithin(target_, boxOf(shape))) return;
         values.assign(1, int64_t{number});
         table.append(number, target_.decoder(), values);
         target_.add(number, geometry_.of(shape), values);
+        if (verticesLeft_ <= 0) {
+            target_.incomplete();
+            target_.report().loss(layer_, "the arcs are named too often to be written again",
+                                  noun_ + ' ' + std::to_string(number));
+        }
         if (shape.problems.empty()) return;
         target_.incomplete();
         if (shape.lines() != 0) broken_.push_back(number);
@@ -144,12 +159,18 @@ class Areas {
     }
 
   private:
+    static constexpr int64_t kFreeVertices = 1'000'000;
+    void take(std::span<const topology::Point> points) {
+        verticesLeft_ -= static_cast<int64_t>(points.size());
+    }
+
     Target& target_;
     const std::string& coverage_;
     std::string layer_;
     std::string noun_;
     CoverageArcs arcs_;
     topology::Assembler assembler_;
+    int64_t verticesLeft_;
     ShapeGeometry geometry_;
     std::vector<int32_t> broken_;
 };
@@ -171,7 +192,7 @@ void exportListed(Target& target, const std::string& coverage, const std::string
     const auto open = [&] {
         return areRegions ? datasets::regions(coverage, subclass) : datasets::polygons(coverage);
     };
-    Areas areas(target, coverage, name, areRegions ? "region" : "polygon");
+    Areas areas(target, coverage, name, areRegions ? "region" : "polygon", areRegions ? 1000 : 16);
     target.begin(layerOf(name, GeometryType::kMultiPolygon,
                          (areRegions ? "Regions of " : "Polygons of ") + nameOf(coverage),
                          {"number"}, table));
@@ -197,7 +218,7 @@ void exportBesideArcs(Target& target, const std::string& coverage, TableColumns 
         lists.add(arc.number, arc.leftPolygon, arc.rightPolygon);
     }
     lists.finish();
-    Areas areas(target, coverage, "polygons", "polygon");
+    Areas areas(target, coverage, "polygons", "polygon", 16);
     target.begin(layerOf("polygons", GeometryType::kMultiPolygon, "Polygons of " + nameOf(coverage),
                          {"number"}, table));
     std::vector<Value> values;

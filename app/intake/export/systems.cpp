@@ -7,6 +7,18 @@
 
 namespace program {
 
+namespace {
+
+std::string projectionTextOf(const std::string& dataset) {
+    std::string text;
+    for (const std::string& line : datasets::sideText(dataset, datasets::SideText::projection)) {
+        (text += line) += '\n';
+    }
+    return text;
+}
+
+}  // namespace
+
 const crs::Systems& systems() { return loadModule<crs::Systems>("proj"); }
 
 crs::ReferenceSystem systemOf(const std::string& dataset, const std::string& byHand,
@@ -16,10 +28,7 @@ crs::ReferenceSystem systemOf(const std::string& dataset, const std::string& byH
         if (!system.defined()) throw std::runtime_error(byHand + ": " + system.stoppedBy);
         return system;
     }
-    std::string text;
-    for (const std::string& line : datasets::sideText(dataset, datasets::SideText::projection)) {
-        (text += line) += '\n';
-    }
+    const std::string text = projectionTextOf(dataset);
     if (text.empty()) return {};
     crs::ReferenceSystem system = systems().fromText(text);
     if (!system.defined()) {
@@ -27,6 +36,16 @@ crs::ReferenceSystem systemOf(const std::string& dataset, const std::string& byH
                     " --crs EPSG:n states it by hand.");
     }
     return system;
+}
+
+std::string systemInWords(const std::string& dataset) {
+    const std::string text = projectionTextOf(dataset);
+    if (text.empty()) return {};
+    try {
+        return systems().fromText(text).description;
+    } catch (const std::runtime_error&) {
+        return {};
+    }
 }
 
 }  // namespace program

@@ -18,6 +18,9 @@ const crs::Systems& systems();
 crs::ReferenceSystem systemOf(const std::string& dataset, const std::string& byHand,
                               ExportReport& report);
 
+// The same for people, in a line; empty without a projection text, or without the module.
+std::string systemInWords(const std::string& dataset);
+
 }  // namespace program
 
 #endif

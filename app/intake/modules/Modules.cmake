@@ -22,7 +22,7 @@ intake_module(png SOURCES modules/png.cpp LIBRARIES PkgConfig::CAIRO)
 intake_module(geopackage SOURCES modules/geopackage.cpp LIBRARIES intake_geopackage)
 intake_module(proj SOURCES modules/proj.cpp LIBRARIES intake_crs)
 
-pkg_check_modules(ARCHIVE REQUIRED IMPORTED_TARGET libarchive zlib)
+pkg_check_modules(ARCHIVE REQUIRED IMPORTED_TARGET GLOBAL libarchive zlib)
 file(GLOB containers_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/containers/*.cpp)
 intake_module(archive SOURCES modules/archive.cpp ${containers_sources}
               LIBRARIES PkgConfig::ARCHIVE)

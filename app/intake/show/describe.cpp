@@ -2,6 +2,7 @@
 #include <sstream>
 
 #include "app/intake/dump/dump.h"
+#include "app/intake/export/systems.h"
 #include "app/intake/show/show.h"
 #include "datasets/coverage.h"
 #include "datasets/symbol_sets.h"
@@ -45,6 +46,9 @@ Description describe(const std::string& path, const std::string& kind) {
         first = false;
     }
     if (!grids.empty()) description["grids"] = std::move(grids);
+    if (const std::string system = systemInWords(path); !system.empty()) {
+        description["system"] = system;
+    }
     addStraySymbols(dataset, description);
     description["files"] = filesOf(dataset);
     return description;
