@@ -146,28 +146,15 @@ JsonLine& JsonLine::pairs(std::span<const double> values) {
     return endList();
 }
 
-JsonLine& JsonLine::beginList() {
+JsonLine& JsonLine::open(char bracket) {
     separate();
-    output_.add('[');
+    output_.add(bracket);
     first_ = true;
     return *this;
 }
 
-JsonLine& JsonLine::endList() {
-    output_.add(']');
-    first_ = false;
-    return *this;
-}
-
-JsonLine& JsonLine::beginObject() {
-    separate();
-    output_.add('{');
-    first_ = true;
-    return *this;
-}
-
-JsonLine& JsonLine::endObject() {
-    output_.add('}');
+JsonLine& JsonLine::close(char bracket) {
+    output_.add(bracket);
     first_ = false;
     return *this;
 }

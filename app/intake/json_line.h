@@ -97,10 +97,10 @@ class JsonLine {
     // Pairs x, y: [[x,y],...].
     JsonLine& pairs(std::span<const double> values);
 
-    JsonLine& beginList();
-    JsonLine& endList();
-    JsonLine& beginObject();
-    JsonLine& endObject();
+    JsonLine& beginList() { return open('['); }
+    JsonLine& endList() { return close(']'); }
+    JsonLine& beginObject() { return open('{'); }
+    JsonLine& endObject() { return close('}'); }
 
   private:
     void separate() {
@@ -108,6 +108,8 @@ class JsonLine {
         first_ = false;
     }
     void text(std::string_view text);
+    JsonLine& open(char bracket);
+    JsonLine& close(char bracket);
 
     JsonOutput& output_;
     bool first_ = false;
