@@ -25,8 +25,9 @@ struct TableList {
 
 store::HandleTable<TableList> lists;
 
+// A name without a point stands for itself.
 bool belongs(std::string_view table, std::string_view owner) {
-    return table.substr(0, table.rfind('.')) == owner && table.size() > owner.size();
+    return table.substr(0, table.rfind('.')) == owner;
 }
 
 const TableItem* findItem(const int32_t* table, const int32_t* place) {
