@@ -115,7 +115,8 @@ void infrd_(const int32_t* table, int32_t* number, int32_t* status) {
 void infbyt_(const int32_t* table, const int32_t* place, const char** bytes, int32_t* count,
              int32_t* status) {
     const TableItem* item = findItem(table, place);
-    const auto found = item ? tables().find(*table)->itemBytes(*item) : std::span<const std::byte>();
+    const auto found =
+        item ? tables().find(*table)->itemBytes(*item) : std::span<const std::byte>();
     *bytes = reinterpret_cast<const char*>(found.data());
     *count = static_cast<int32_t>(found.size());
     *status = item && (!found.empty() || item->item.descriptor.width == 0) ? kSuccess : kFailed;

@@ -167,6 +167,14 @@ OF_PATH(RENAME, rename, const char*)
 OF_PATH(STAT, stat, struct stat*)
 OF_PATH(STAT, lstat, struct stat*)
 
+SHOWN int statx(int folder, const char* path, int flags, unsigned mask, struct statx* found) {
+    NEXT(int, "statx", int, const char*, int, unsigned, struct statx*)
+    if (folder == AT_FDCWD && failsAt(STAT, path)) return -1;
+    if (isWatched(folder) && strikes(STAT, NULL, folder) && fault != SHORT)
+        return errno = fault, -1;
+    return next(folder, path, flags, mask, found);
+}
+
 SHOWN int unlink(const char* path) {
     NEXT(int, "unlink", const char*)
     return failsAt(UNLINK, path) ? -1 : next(path);
