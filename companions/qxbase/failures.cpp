@@ -1,11 +1,14 @@
 #include "host/qxbase/failures.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <string_view>
 #include <system_error>
 
 #include "companions/qxbase/state.h"
+#include "companions/store/file.h"
+#include "companions/store/member_names.h"
 #include "host/cpp/call.h"
 #include "host/qxbase/messages.h"
 
@@ -34,6 +37,13 @@ Failure read;
 
 std::string reasonOf(const Failure& failure) {
     if (failure.error == 0) return "it is damaged";
+    if (failure.error == ENOENT) {
+        // Where a file is to be written it is the folder that is not there.
+        const std::string folder(store::directoryPart(failure.name()));
+        if (!folder.empty() && !store::leadsToDirectory(folder)) {
+            return "there is no folder " + folder;
+        }
+    }
     return std::generic_category().message(failure.error);
 }
 

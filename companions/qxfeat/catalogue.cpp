@@ -171,16 +171,11 @@ bool openToChange() {
     return file.isOpen();
 }
 
-struct Change {
-    int32_t number;
-    std::string name;
-};
-
 // Writes entries behind the others, all or none.
-bool append(std::span<const Change> entries) {
+bool append(std::span<const Listing> entries) {
     PackedWriter writer;
     int64_t lastStart = 0;
-    for (const Change& entry : entries) {
+    for (const Listing& entry : entries) {
         lastStart = kept.end + static_cast<int64_t>(writer.bytes().size());
         writer << entry.number << std::string_view(entry.name);
     }
@@ -194,7 +189,7 @@ bool append(std::span<const Change> entries) {
     }
     // What memory ends in the middle of is read anew.
     store::File::Identity now = std::exchange(kept.file, {});
-    for (const Change& entry : entries) takeEntry(entry.number, entry.name);
+    for (const Listing& entry : entries) takeEntry(entry.number, entry.name);
     kept.lastStart = lastStart;
     kept.lastNumber = entries.back().number;
     kept.lastName = entries.back().name;
@@ -278,7 +273,7 @@ bool enterTable(const std::string& directory, int32_t number, const std::string&
     const Catalogue& catalogue = readCatalogue(directory);
     if (!lock.held() || !catalogue.sound) return false;
     const bool full = !catalogue.hasRoomFor(name);
-    const Change entries[] = {{number, {}}, {number, name}};
+    const Listing entries[] = {{number, {}}, {number, name}};
     if (!full && catalogue.find(name) == 0) return append(entries);
     // Another process was faster.
     wrfailC(cataloguePath(directory).c_str(), full ? ENOSPC : EEXIST);
@@ -286,10 +281,40 @@ bool enterTable(const std::string& directory, int32_t number, const std::string&
 }
 
 bool removeTable(const std::string& name) {
-    const Change entry[] = {{-kept.catalogue.find(name), name}};
+    const Listing entry[] = {{-kept.catalogue.find(name), name}};
     if (!append(entry)) return false;
     // A log that cannot be written anew is as good as it was.
     if (kept.erased > kept.catalogue.numbers.size() + kErasedKept) replaceCatalogue();
+    return true;
+}
+
+bool changeTables(const std::string& directory, std::span<const Listing> erased,
+                  std::span<const Listing> entered) {
+    const CatalogueLock lock(directory);
+    Catalogue& catalogue = kept.catalogue;
+    if (!lock.held() || !readCatalogue(directory).sound) {
+        wrfailC(cataloguePath(directory).c_str(), 0);
+        return false;
+    }
+    const store::File::Identity now = std::exchange(kept.file, {});
+    bool changed = false;
+    for (const Listing& table : erased) {
+        if (catalogue.find(table.name) != table.number) continue;
+        catalogue.numbers.erase(table.name);
+        changed = true;
+    }
+    for (const Listing& table : entered) {
+        if (catalogue.find(table.name) == table.number) continue;
+        if (!catalogue.hasRoomFor(table.name)) {
+            wrfailC(cataloguePath(directory).c_str(), ENOSPC);
+            return false;
+        }
+        catalogue.numbers.set(table.name, table.number);
+        catalogue.nextNumber = std::max(catalogue.nextNumber, table.number + 1);
+        changed = true;
+    }
+    if (changed || kept.erased > 0) return replaceCatalogue();
+    kept.file = now;
     return true;
 }
 

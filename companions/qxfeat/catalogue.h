@@ -14,6 +14,7 @@
 #define COMPANIONS_QXFEAT_CATALOGUE_H
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -79,6 +80,15 @@ bool enterTable(const std::string& directory, int32_t number, const std::string&
 // Erases a table of the catalogue that readCatalogue has given last, with the lock held. False, and
 // it stays as it was, if that could not be written.
 bool removeTable(const std::string& name);
+
+// Erases tables and lists others, all at once: the catalogue is written anew. What is erased or
+// listed already stays so. False, and noted as a failed write, if that cannot be.
+struct Listing {
+    int32_t number = 0;
+    std::string name;
+};
+bool changeTables(const std::string& directory, std::span<const Listing> erased,
+                  std::span<const Listing> entered);
 
 // The path of the catalogue itself.
 std::string cataloguePath(const std::string& directory);

@@ -17,7 +17,13 @@ namespace {
 
 Table* beingWritten = nullptr;
 
-// Whether a path leads from the workspace to a file inside it.
+}  // namespace
+
+store::HandleTable<Table>& tables() {
+    static store::HandleTable<Table> open;
+    return open;
+}
+
 bool staysInside(std::string_view path) {
     if (path.empty() || path.front() == '/') return false;
     while (!path.empty()) {
@@ -26,13 +32,6 @@ bool staysInside(std::string_view path) {
         path.remove_prefix(std::min(part.size() + 1, path.size()));
     }
     return true;
-}
-
-}  // namespace
-
-store::HandleTable<Table>& tables() {
-    static store::HandleTable<Table> open;
-    return open;
 }
 
 Table* tableBeingWritten() { return beingWritten; }

@@ -107,6 +107,9 @@ class Table : public store::Buffered {
     std::set<std::size_t> indexedSince_;
 };
 
+// Whether a path leads from the workspace to a file inside it.
+bool staysInside(std::string_view path);
+
 store::HandleTable<Table>& tables();
 // The table whose moved items infenc_ fills: the one that was defined or opened to write last.
 Table* tableBeingWritten();

@@ -25,8 +25,9 @@ struct TableList {
 
 store::HandleTable<TableList> lists;
 
+// A coverage may have a table of its own name, which in the file had none behind a point.
 bool belongs(std::string_view table, std::string_view owner) {
-    return table.substr(0, table.rfind('.')) == owner && table.size() > owner.size();
+    return table.substr(0, table.rfind('.')) == owner || table == owner;
 }
 
 const TableItem* findItem(const int32_t* table, const int32_t* place) {

@@ -131,7 +131,8 @@ void File::refuseIrregular() {
 }
 
 void File::noteUnlessOpen() const {
-    if (!isOpen() && ofMachine(errno)) wrfailC(path_.c_str(), errno);
+    // That something is there is for the caller to judge.
+    if (!isOpen() && errno != EEXIST) wrfailC(path_.c_str(), errno);
 }
 
 int64_t File::size() const {
@@ -210,7 +211,9 @@ bool File::close() {
 
 bool makeDirectory(const std::string& path) {
     if (::mkdir(path.c_str(), 0777) == 0) return true;
-    if (ofMachine(errno)) wrfailC(path.c_str(), errno);
+    const int failure = errno;
+    // A folder that is there is for the caller to judge.
+    if (failure != EEXIST || !isDirectory(path)) wrfailC(path.c_str(), failure);
     return false;
 }
 

@@ -76,7 +76,7 @@ class File {
     Identity opened_;
 };
 
-// Makes a directory; false if it is there already or cannot be made.
+// Makes a directory; false if it is there already or cannot be made, which is noted.
 bool makeDirectory(const std::string& path);
 // Makes a directory unless it is there. Whatever hinders that is noted, also a name that cannot be
 // one.

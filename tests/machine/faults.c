@@ -180,6 +180,29 @@ SHOWN int unlink(const char* path) {
     return failsAt(UNLINK, path) ? -1 : next(path);
 }
 
+SHOWN int rmdir(const char* path) {
+    NEXT(int, "rmdir", const char*)
+    return failsAt(UNLINK, path) ? -1 : next(path);
+}
+
+SHOWN int renameat2(int fromFolder, const char* from, int toFolder, const char* to,
+                    unsigned flags) {
+    NEXT(int, "renameat2", int, const char*, int, const char*, unsigned)
+    return failsAt(RENAME, from) ? -1 : next(fromFolder, from, toFolder, to, flags);
+}
+
+/* In a folder that is told by its descriptor, which whoever opened it keeps to itself. */
+SHOWN int unlinkat(int folder, const char* path, int flags) {
+    NEXT(int, "unlinkat", int, const char*, int)
+    char link[32];
+    char target[1024] = "";
+    snprintf(link, sizeof link, "/proc/self/fd/%d", folder);
+    if (!armed || *path == '/' || readlink(link, target, sizeof target - 1) < 0) {
+        return failsAt(UNLINK, path) ? -1 : next(folder, path, flags);
+    }
+    return failsAt(UNLINK, target) ? -1 : next(folder, path, flags);
+}
+
 #define OF_FILE(call, function, type)                                       \
     SHOWN int function(int file, type second) {                             \
         NEXT(int, #function, int, type)                                     \
