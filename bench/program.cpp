@@ -47,13 +47,17 @@ Usage runIntake(std::vector<std::string> arguments) {
     return {seconds(used.ru_utime) + seconds(used.ru_stime), now().wall - start};
 }
 
-// A file of arcs, and how it is imported.
-fs::path arcs(const char* name, std::size_t bytes) {
+constexpr char kArcs[] = "arcs_4E14.7";
+constexpr char kTable[] = "table_128";
+
+// A file of a kind, and how it is imported.
+fs::path fileOf(const char* kindName, const char* name, std::size_t bytes) {
     const fs::path path = folder() / name;
-    std::ofstream(path, std::ios::binary) << generate(kind("arcs_4E14.7"), bytes).text;
+    std::ofstream(path, std::ios::binary) << generate(kind(kindName), bytes).text;
     return path;
 }
-Usage importArcs(const fs::path& file) {
+fs::path arcs(const char* name, std::size_t bytes) { return fileOf(kArcs, name, bytes); }
+Usage importFile(const fs::path& file) {
     clearWorkspace();
     return runIntake({"import", "--quiet", file.string(), (folder() / "workspace/DS").string()});
 }
@@ -93,7 +97,7 @@ Usage best(benchmark::State& state, Body body) {
 
 void smallFile(benchmark::State& state) {
     const fs::path file = arcs("small.e00", 20000);
-    best(state, [&] { return importArcs(file); });
+    best(state, [&] { return importFile(file); });
 }
 
 // An import of twenty times as much takes no more memory: over what the process holds before.
@@ -116,17 +120,18 @@ void memoryHeight(benchmark::State& state) {
 }
 
 void show(benchmark::State& state) {
-    importArcs(arcs("large.e00", 2 * importBytes()));
+    importFile(arcs("large.e00", 2 * importBytes()));
     best(state, [] { return runIntake({"show", (folder() / "workspace/DS").string()}); });
 }
 
+template <const char* kindName>
 void dump(benchmark::State& state) {
-    importArcs(arcs("large.e00", importBytes()));
+    importFile(fileOf(kindName, "large.e00", importBytes()));
     const Usage usage = best(state, [] {
         return runIntake({"dump", (folder() / "workspace/DS").string()});
     });
     const auto bytes = static_cast<double>(fs::file_size(folder() / "output"));
-    require(bytes > static_cast<double>(importBytes()) / 4, "the arcs are told");
+    require(bytes > static_cast<double>(importBytes()) / 4, "the records are told");
     state.counters["JSON_MBps"] = bytes / usage.cpu / 1e6;
 }
 
@@ -149,7 +154,8 @@ void registerProgram() {
     measure("program/small_file", 20, smallFile);
     measure("program/memory", 1, memoryHeight);
     measure("program/show", importRounds(), show);
-    measure("program/dump", importRounds(), dump);
+    measure("program/dump_arcs", importRounds(), dump<kArcs>);
+    measure("program/dump_table", importRounds(), dump<kTable>);
     measure("program/pack", importRounds(), pack);
 }
 

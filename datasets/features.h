@@ -11,6 +11,7 @@
 #include <array>
 #include <span>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include "datasets/point.h"
@@ -111,7 +112,8 @@ class FeatureCursor {
         return records;
     }
     bool go(int32_t record) {
-        static_assert(goTo != nullptr, "these records are read in their order alone");
+        static_assert(!std::is_null_pointer_v<decltype(goTo)>,
+                      "these records are read in their order alone");
         int32_t status = 1;
         if (handle_) goTo(&handle_.number(), &record, &status);
         if (status == 0) feature_.number = record - 1;

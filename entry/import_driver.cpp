@@ -194,9 +194,7 @@ void rearmImport() {
     rearmTin();
 }
 
-void tellWhereItEnded() {
-    tellProgress(QX_IMPORT_ENDED, reader.IMPNAM.view(), reader.lineNumber);
-}
+void tellWhereItEnded() { tellProgress(QX_IMPORT_ENDED, reader.IMPNAM.view(), reader.lineNumber); }
 
 void releaseImport() {
     rearmRaster();

@@ -13,6 +13,7 @@
 #include "app/intake/export/export.h"
 #include "app/intake/show/show.h"
 #include "app/intake/show/within.h"
+#include "fuzz/by_number.h"
 #include "fuzz/scratch.h"
 #include "host/qxbase.h"
 #include "intakedl.h"
@@ -157,6 +158,7 @@ void read(const std::string& path, const std::string& kind, int reader) {
             program::DumpOptions options;
             options.kind = kind;
             program::dump(path, options, nowhere);
+            if (reader == 4) fuzz::readByNumber(path);
     }
 }
 

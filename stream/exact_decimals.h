@@ -99,17 +99,23 @@ inline bool readLongReal(const char* field, double& value) {
     if constexpr (!kLowestFirst) return false;
     uint64_t first = eightCharacters(field + 3);
     uint64_t second = eightCharacters(field + 11);
-    const auto digit = [field](int column) { return static_cast<unsigned>(field[column] - '0'); };
-    const bool sound = toDigits(first) & toDigits(second) & (digit(1) < 10) & (field[2] == '.') &
-                       (digit(19) < 10) & (field[20] == 'E') & (digit(22) < 10) & (digit(23) < 10) &
-                       isSignOrBlank(field[0]) & ((field[21] == '+') | (field[21] == '-'));
+    // The last digits and the exponent, where all is 0 now that is no digit and as it has to be.
+    const uint64_t end = eightCharacters(field + 16) ^ word("0000E+00");
+    const uint64_t exponentSign = end >> 40 & 0xFF;
+    const bool smaller = exponentSign == ('+' ^ '-');
+    const uint64_t tail = end & ~(uint64_t{0xFF} << 40);
+    const uint64_t others = tail | (tail + word("\x76\x76\x76\x76\x7F\x7F\x76\x76"));
+    const auto head = static_cast<unsigned>(field[1] - '0');
+    const bool sound = toDigits(first) & toDigits(second) & ((others & eightTimes('\x80')) == 0) &
+                       (smaller | (exponentSign == 0)) & (head < 10) & (field[2] == '.') &
+                       isSignOrBlank(field[0]);
     if (!sound) return false;
-    const uint64_t digits = digit(1) * uint64_t{100000000000000000} +
+    const uint64_t digits = head * uint64_t{100000000000000000} +
                             valueOfDigits(first) * 1000000000 + valueOfDigits(second) * 10 +
-                            digit(19);
-    const auto exponent = static_cast<int>(digit(22) * 10 + digit(23));
+                            (end >> 24 & 0xFF);
+    const auto exponent = static_cast<int>(10 * (tail >> 48 & 0xFF) + (tail >> 56));
     double magnitude = 0;
-    if (!decimalValue(digits, (field[21] == '-' ? -exponent : exponent) - 17, magnitude)) {
+    if (!decimalValue(digits, (smaller ? -exponent : exponent) - 17, magnitude)) {
         return false;
     }
     value = withSign(field[0], magnitude);

@@ -166,7 +166,7 @@ consteval bool isFast(const Layout& layout) {
 }
 
 // How many fields of one shape stand side by side from one on.
-consteval std::size_t runOfFields(const Layout& layout, std::size_t first) {
+constexpr std::size_t runOfFields(const Layout& layout, std::size_t first) {
     std::size_t end = first;
     while (end < layout.count && layout.fields[end].kind == layout.fields[first].kind &&
            layout.fields[end].width == layout.fields[first].width) {

@@ -106,7 +106,7 @@ bool RecordPlan::read(const Step& step, const RecordText& text) {
         case Fields::kSingles2:
             return readSingles<2>(fields, values);
         case Fields::kSingle:
-            return readSingles<1>(fields, values);
+            return readReal({fields, kSingleColumns}, 7, 1, *values);
         case Fields::kDouble:
             return readReal({fields, kDoubleColumns}, 17, 1, *values);
         case Fields::kShort:

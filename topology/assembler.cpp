@@ -18,6 +18,10 @@ struct Assembler::Work {
     void setRoles(bool mayBeTurned);
     void give();
 
+    std::span<const Point> vertices(const Ring& ring) const {
+        return std::span(pool).subspan(ring.begin, ring.end - ring.begin);
+    }
+
     ArcSource& arcs;
     Edges edges;
     Walks walks;
@@ -45,16 +49,13 @@ void Assembler::Work::makeRings() {
             edges.append(edges.edges[walks.edges[first]], first + 1 == end, pool);
         }
         const std::span<const Point> points = std::span(pool).subspan(begin);
-        Ring ring = measureRing(points);
-        const bool empty = ring.area == 0;
-        if (empty || crossing.crossesItself(points)) {
-            keepLines(empty ? Reason::NoArea : Reason::CrossesItself, 0, points);
+        const double area = areaOf(points);
+        if (area == 0 || crossing.crossesItself(points)) {
+            keepLines(area == 0 ? Reason::NoArea : Reason::CrossesItself, 0, points);
             pool.resize(begin);
             continue;
         }
-        ring.begin = begin;
-        ring.end = pool.size();
-        rings.push_back(ring);
+        rings.push_back({begin, pool.size(), area});
     }
     if (walks.left.empty()) return;
     shape.problems.push_back({Reason::Unclosed,
@@ -78,6 +79,7 @@ void Assembler::Work::setRoles(bool mayBeTurned) {
         if ((rings[0].area > 0) == outerIsPositive) outerOf[0] = 0;
         return;
     }
+    for (Ring& ring : rings) ring.box = boxOf(vertices(ring));
     const std::vector<uint32_t> parents = nest(rings, pool, outerIsPositive);
     for (const uint32_t ring : byArea(rings)) {
         const uint32_t parent = parents[ring];
@@ -100,13 +102,12 @@ void Assembler::Work::give() {
     std::ranges::stable_sort(
         order, {}, [&](uint32_t ring) { return std::pair(outerOf[ring], outerOf[ring] != ring); });
     for (const uint32_t ring : order) {
-        const auto first = pool.begin() + static_cast<std::ptrdiff_t>(rings[ring].begin);
-        const auto last = pool.begin() + static_cast<std::ptrdiff_t>(rings[ring].end);
+        const std::span<const Point> own = vertices(rings[ring]);
         std::vector<Point>& points = shape.points();
         if (outerIsPositive) {
-            points.insert(points.end(), first, last);
+            points.insert(points.end(), own.begin(), own.end());
         } else {
-            points.insert(points.end(), std::reverse_iterator(last), std::reverse_iterator(first));
+            points.insert(points.end(), own.rbegin(), own.rend());
         }
         shape.endRing();
         if (outerOf[ring] == ring) shape.ringCounts.push_back(0);
@@ -114,8 +115,7 @@ void Assembler::Work::give() {
     }
     for (uint32_t ring = 0; ring < rings.size(); ++ring) {
         if (outerOf[ring] != kNoRing) continue;
-        keepLines(Reason::Misplaced, 0,
-                  std::span(pool).subspan(rings[ring].begin, rings[ring].end - rings[ring].begin));
+        keepLines(Reason::Misplaced, 0, vertices(rings[ring]));
     }
 }
 

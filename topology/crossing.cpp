@@ -31,7 +31,7 @@ bool CrossingSearch::crossesItself(std::span<const Point> line) {
         const auto [level, first, second] = open_.back();
         open_.pop_back();
         if (level == 0) {
-            if (first == second ? within(first) : between(first, second)) return true;
+            if (first != second && between(first, second)) return true;
             continue;
         }
         const std::size_t below = level - 1, size = runs_.size(below);
@@ -48,20 +48,6 @@ bool CrossingSearch::crossesItself(std::span<const Point> line) {
 }
 
 // Edges that share a vertex do not cross, so neighbours need no care.
-bool CrossingSearch::within(std::size_t run) const {
-    const std::span<const Point> line = runs_.vertices(0, run);
-    for (std::size_t edge = 3; edge < line.size(); ++edge) {
-        const Box box = boxOf(line[edge - 1], line[edge]);
-        for (std::size_t other = 1; other + 1 < edge; ++other) {
-            if (box.meets(boxOf(line[other - 1], line[other])) &&
-                cross(line[edge - 1], line[edge], line[other - 1], line[other])) {
-                return true;
-            }
-        }
-    }
-    return false;
-}
-
 bool CrossingSearch::between(std::size_t first, std::size_t second) const {
     const Box& otherBox = runs_.box(0, second);
     const std::span<const Point> line = runs_.vertices(0, first);

@@ -20,7 +20,6 @@ class CrossingSearch {
     struct Pair {
         std::size_t level, first, second;
     };
-    bool within(std::size_t run) const;
     bool between(std::size_t first, std::size_t second) const;
 
     Runs runs_;

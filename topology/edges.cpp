@@ -11,9 +11,11 @@ namespace {
 constexpr double kGreatest = 1e100;
 
 bool usable(std::span<const Point> points) {
-    return points.size() >= 2 && std::ranges::all_of(points, [](const Point& point) {
-               return std::fabs(point.x) <= kGreatest && std::fabs(point.y) <= kGreatest;
-           });
+    bool usable = points.size() >= 2;
+    for (const Point& point : points) {
+        usable &= std::fabs(point.x) <= kGreatest && std::fabs(point.y) <= kGreatest;
+    }
+    return usable;
 }
 
 // The least integer has no counterpart, so numbers are compared without their sign as unsigned.

@@ -15,17 +15,15 @@ Box boxOf(std::span<const Point> points) {
     return box;
 }
 
-Ring measureRing(std::span<const Point> points) {
-    Ring ring;
-    ring.box = boxOf(points);
-    const Point origin = points.front();
-    for (std::size_t index = 1; index < points.size(); ++index) {
-        const Point& a = points[index - 1];
-        const Point& b = points[index];
-        ring.area += (a.x - origin.x) * (b.y - origin.y) - (a.y - origin.y) * (b.x - origin.x);
+double areaOf(std::span<const Point> ring) {
+    const Point origin = ring.front();
+    double area = 0;
+    for (std::size_t index = 1; index < ring.size(); ++index) {
+        const Point& a = ring[index - 1];
+        const Point& b = ring[index];
+        area += (a.x - origin.x) * (b.y - origin.y) - (a.y - origin.y) * (b.x - origin.x);
     }
-    ring.area /= 2;
-    return ring;
+    return area / 2;
 }
 
 }  // namespace topology

@@ -1,4 +1,4 @@
-// One closed line, and what one pass over it tells.
+// Closed lines, and what is easily told of them.
 #ifndef TOPOLOGY_RING_H
 #define TOPOLOGY_RING_H
 
@@ -35,15 +35,15 @@ inline Box joined(const Box& first, const Box& second) {
 }
 Box boxOf(std::span<const Point> points);
 
-struct Ring {
-    std::size_t begin = 0;  // its vertices in a pool, the last one equal to the first
-    std::size_t end = 0;
-    Box box;
-    double area = 0;  // positive if it goes counter-clockwise
-};
+// Positive of a ring that goes counter-clockwise. Its last vertex is equal to its first.
+double areaOf(std::span<const Point> ring);
 
-// Of vertices whose last is equal to the first.
-Ring measureRing(std::span<const Point> points);
+struct Ring {
+    std::size_t begin = 0;  // its vertices in a pool
+    std::size_t end = 0;
+    double area = 0;
+    Box box{};
+};
 
 }  // namespace topology
 

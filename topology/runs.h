@@ -10,10 +10,10 @@
 
 namespace topology {
 
+// A run of the lowest level goes one way, in x or in y or in both, so its edges do not cross each
+// other.
 class Runs {
   public:
-    static constexpr std::size_t kEdges = 4;  // of a run of the lowest level
-
     Runs() = default;
     explicit Runs(std::span<const Point> line) { over(line); }
     // The vertices, at least two, have to outlive it or its next line.
@@ -29,13 +29,14 @@ class Runs {
 
     // The vertices of a run; the last one is the first of the run behind it.
     std::span<const Point> vertices(std::size_t level, std::size_t run) const {
-        const std::size_t edges = kEdges << level;
-        const std::size_t first = run * edges;
-        return line_.subspan(first, std::min(edges + 1, line_.size() - first));
+        const std::size_t first = starts_[run << level];
+        const std::size_t last = starts_[std::min((run + 1) << level, starts_.size() - 1)];
+        return line_.subspan(first, last - first + 1);
     }
 
   private:
     std::span<const Point> line_;
+    std::vector<std::size_t> starts_;  // first vertices of the runs of the lowest level; the last
     std::vector<Box> boxes_;
     std::vector<std::size_t> levels_;  // where the boxes of each begin
 };

@@ -1,6 +1,7 @@
 #include "topology/tracing.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <numeric>
 
@@ -227,19 +228,42 @@ class Tracer {
     std::vector<uint32_t> walk_;
 };
 
+// Most areas have few arcs that fit one way only. False, with nothing done, for others.
+bool traceSimply(const Edges& edges, Walks& walks) {
+    constexpr std::size_t kMost = 16;
+    const std::size_t count = edges.edges.size();
+    if (count > kMost) return false;
+    std::array<uint32_t, kMost> next{};
+    std::array<bool, kMost> reached{};
+    for (std::size_t edge = 0; edge < count; ++edge) {
+        const Point end = edges.finish(edges.edges[edge]);
+        std::size_t fitting = 0;
+        for (uint32_t other = 0; other < count; ++other) {
+            if (edges.start(edges.edges[other]) != end) continue;
+            next[edge] = other;
+            ++fitting;
+        }
+        if (fitting != 1 || reached[next[edge]]) return false;
+        reached[next[edge]] = true;
+    }
+    for (uint32_t first = 0; first < count; ++first) {
+        if (!reached[first]) continue;
+        for (uint32_t edge = first; reached[edge]; edge = next[edge]) {
+            reached[edge] = false;
+            walks.edges.push_back(edge);
+        }
+        walks.ends.push_back(walks.edges.size());
+    }
+    return true;
+}
+
 }  // namespace
 
 void traceEdges(const Edges& edges, Walks& walks) {
     walks.edges.clear();
     walks.ends.clear();
     walks.left.clear();
-    // Most islands are one arc.
-    if (edges.edges.size() == 1 && edges.start(edges.edges[0]) == edges.finish(edges.edges[0])) {
-        walks.edges.push_back(0);
-        walks.ends.push_back(1);
-        return;
-    }
-    Tracer(edges, walks);
+    if (!traceSimply(edges, walks)) Tracer(edges, walks);
 }
 
 }  // namespace topology

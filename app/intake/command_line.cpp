@@ -4,6 +4,8 @@
 #include <new>
 
 #include "app/intake/commands/commands.h"
+#include "app/intake/suggestions.h"
+#include "app/intake/version.h"
 
 namespace program {
 
@@ -32,25 +34,42 @@ Rebuilds geographic datasets from an 80-column interchange text file.)";
 
 // In the order of the help.
 constexpr void (*kCommands[])(CLI::App&, Console&, int&) = {
-    addImport, addCheck,  addList,   addShow,    addDump, addDraw,
-    addRemove, addRename, addExport, addConvert, addPack, addUnpack,
+    addImport, addCheck,  addList,    addShow, addDump,   addDraw, addRemove,
+    addRename, addExport, addConvert, addPack, addUnpack, addHelp,
 };
 
 }  // namespace
 
-int run(const std::vector<std::string>& arguments, Console& console) {
-    int status = kWrongUsage;
-    CLI::App app(kExamples, "intake");
-    app.set_version_flag("--version", "intake " INTAKE_VERSION);
+void addCommands(CLI::App& app, Console& console, int& status) {
+    app.description(kExamples);
+    app.set_version_flag("--version", versionText, "Tell the version, its build and its modules");
     app.require_subcommand(1);
     for (const auto& add : kCommands) add(app, console, status);
+}
+
+int run(const std::vector<std::string>& arguments, Console& console) {
+    int status = kWrongUsage;
+    CLI::App app("", "intake");
+    addCommands(app, console, status);
+    const auto wrong = [&](const std::string& what) {
+        complain(console, what);
+        console.errors << "Run with --help for more information.\n";
+        return kWrongUsage;
+    };
     try {
+        if (!arguments.empty() && !arguments[0].starts_with('-') &&
+            !commandNamed(app, arguments[0])) {
+            return wrong(tellNoCommand(app, arguments[0]));
+        }
         // The parser takes its arguments from the back.
         app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
     } catch (const CLI::ParseError& error) {
-        const bool asked = error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success);
-        app.exit(error, console.output, console.errors);
-        return asked ? kDone : kWrongUsage;
+        if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
+            app.exit(error, console.output, console.errors);
+            return kDone;
+        }
+        const std::string meant = tellMisspeltOptions(app, arguments);
+        return wrong(error.what() + (meant.empty() ? "" : "; " + meant));
     } catch (const std::bad_alloc&) {
         complain(console, "out of memory");
         return kEnded;

@@ -30,6 +30,20 @@ std::string shown(std::string_view text) {
     return result;
 }
 
+std::string lead(const Console& console, std::string_view level) {
+    struct Colour {
+        std::string_view level;
+        const char* begin;
+    };
+    static constexpr Colour kColours[] = {
+        {"warning", "\033[33m"}, {"error", "\033[31m"}, {"fatal", "\033[1;31m"}};
+    const std::string plain = std::string(level) + ":";
+    for (const Colour& colour : kColours) {
+        if (console.coloured && colour.level == level) return colour.begin + plain + "\033[m ";
+    }
+    return plain + " ";
+}
+
 void complain(Console& console, std::string_view text) {
     console.errors << "intake: " << shown(text) << std::endl;
 }

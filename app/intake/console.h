@@ -13,6 +13,7 @@ struct Console {
     std::ostream& output;
     std::ostream& errors;
     bool terminal = false;          // errors go to somebody's screen
+    bool coloured = false;          // ... that may show colours
     std::istream* input = nullptr;  // where somebody can be asked, null if nobody can
 };
 
@@ -25,6 +26,9 @@ enum ExitStatus : int {
 
 // A text for a screen or a log: UTF-8, and every control character escaped (\x1B).
 std::string shown(std::string_view text);
+
+// What leads a line of the errors: "warning: ", in the colour of its level where there are colours.
+std::string lead(const Console& console, std::string_view level);
 
 // One line of the program's own to the errors.
 void complain(Console& console, std::string_view text);

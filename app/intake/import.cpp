@@ -47,6 +47,7 @@ class Report : public ImportListener {
             return {{"level", levelName(level)}, {"text", toUtf8(text)}};
         });
         if (options_.quiet && level < QX_NONFATAL) return;
+        if (options_.isTemporary && text.starts_with(" Creating ")) return;
         if (events_.enabled()) {
             events_.message(level, text);
             return;

@@ -35,11 +35,12 @@ std::size_t plainCharacters(std::string_view text) {
     return place;
 }
 
-// A text that is UTF-8, in quotes.
-void appendQuoted(std::string& line, std::string_view text) {
+// Any text in quotes: what is not UTF-8 is taken as Latin-1.
+std::string quoted(std::string_view any) {
     constexpr char kDigits[] = "0123456789abcdef";
-    line += '"';
-    while (!text.empty()) {
+    const std::string whole = toUtf8(any);
+    std::string line = "\"";
+    for (std::string_view text = whole; !text.empty();) {
         const std::size_t plain = plainCharacters(text);
         line.append(text.data(), plain);
         if (plain == text.size()) break;
@@ -53,99 +54,87 @@ void appendQuoted(std::string& line, std::string_view text) {
         }
         text.remove_prefix(plain + 1);
     }
-    line += '"';
-}
-
-// Any text, in quotes: what is not UTF-8 is taken as Latin-1.
-void appendText(std::string& line, std::string_view text) {
-    if (plainCharacters(text) == text.size()) {
-        ((line += '"') += text) += '"';
-    } else {
-        appendQuoted(line, toUtf8(text));
-    }
+    return line += '"';
 }
 
 }  // namespace
 
 void JsonOutput::flush() {
-    stream_.write(text_.data(), static_cast<std::streamsize>(text_.size()));
-    text_.clear();
+    stream_.write(reinterpret_cast<const char*>(text_.data()), static_cast<std::streamsize>(used_));
+    used_ = 0;
     stream_.flush();
 }
 
-JsonLine::JsonLine(JsonOutput& output, std::string_view className)
-    : output_(output), text_(output.text_) {
-    text_ += '{';
+JsonKey::JsonKey(std::string_view name) : text_(',' + quoted(name) + ':') {}
+
+JsonLine::JsonLine(JsonOutput& output, std::string_view className) : output_(output) {
+    output_.add('{');
     first_ = true;
     field("class", className);
 }
 
 JsonLine::~JsonLine() {
-    text_ += "}\n";
-    if (text_.size() >= kPieceBytes) output_.flush();
+    output_.add("}\n");
+    if (output_.used_ >= kPieceBytes) output_.flush();
 }
 
-void JsonLine::separate() {
-    if (!first_) text_ += ',';
-    first_ = false;
-}
-
-JsonKey::JsonKey(std::string_view name) {
-    appendText(text_, name);
-    text_ += ':';
+void JsonLine::text(std::string_view text) {
+    separate();
+    if (plainCharacters(text) != text.size()) {
+        output_.add(quoted(text));
+        return;
+    }
+    output_.add('"');
+    output_.add(text);
+    output_.add('"');
 }
 
 JsonLine& JsonLine::key(std::string_view name) {
-    separate();
-    appendText(text_, name);
-    text_ += ':';
+    text(name);
+    output_.add(':');
     first_ = true;  // the value follows with no comma
     return *this;
 }
 
-JsonLine& JsonLine::key(const JsonKey& name) {
-    separate();
-    text_ += name.text_;
-    first_ = true;
-    return *this;
-}
-
 JsonLine& JsonLine::value(std::string_view text) {
-    separate();
-    appendText(text_, qx::trimText(text));
+    this->text(qx::trimText(text));
     return *this;
 }
 
 JsonLine& JsonLine::value(bool truth) {
     separate();
-    text_ += truth ? "true" : "false";
+    output_.add(truth ? "true" : "false");
     return *this;
 }
 
 JsonLine& JsonLine::value(int64_t number) {
+    constexpr std::size_t kMost = 24;
     separate();
-    char digits[24];
-    text_.append(digits, std::to_chars(digits, digits + sizeof digits, number).ptr);
+    char* place = output_.room(kMost);
+    output_.use(std::to_chars(place, place + kMost, number).ptr);
     return *this;
 }
 
 JsonLine& JsonLine::value(double number) {
+    constexpr std::size_t kMost = 32;
     separate();
     if (!std::isfinite(number)) {
-        text_ += std::isnan(number) ? "\"NaN\"" : number > 0 ? "\"Infinity\"" : "\"-Infinity\"";
+        output_.add(std::isnan(number) ? "\"NaN\"" : number > 0 ? "\"Infinity\"" : "\"-Infinity\"");
         return *this;
     }
-    char digits[32];
-    const char* end = std::to_chars(digits, digits + sizeof digits, number).ptr;
-    const std::string_view form(digits, static_cast<std::size_t>(end - digits));
-    text_ += form;
-    if (form.find_first_of(".e") == std::string_view::npos) text_ += ".0";
+    char* place = output_.room(kMost);
+    char* end = std::to_chars(place, place + kMost, number).ptr;
+    if (std::find_if(place, end, [](char each) { return each == '.' || each == 'e'; }) == end) {
+        *end++ = '.';
+        *end++ = '0';
+    }
+    output_.use(end);
     return *this;
 }
 
 JsonLine& JsonLine::null() {
     separate();
-    text_ += "null";
+    output_.add("null");
     return *this;
 }
 
@@ -157,28 +146,15 @@ JsonLine& JsonLine::pairs(std::span<const double> values) {
     return endList();
 }
 
-JsonLine& JsonLine::beginList() {
+JsonLine& JsonLine::open(char bracket) {
     separate();
-    text_ += '[';
+    output_.add(bracket);
     first_ = true;
     return *this;
 }
 
-JsonLine& JsonLine::endList() {
-    text_ += ']';
-    first_ = false;
-    return *this;
-}
-
-JsonLine& JsonLine::beginObject() {
-    separate();
-    text_ += '{';
-    first_ = true;
-    return *this;
-}
-
-JsonLine& JsonLine::endObject() {
-    text_ += '}';
+JsonLine& JsonLine::close(char bracket) {
+    output_.add(bracket);
     first_ = false;
     return *this;
 }

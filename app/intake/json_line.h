@@ -3,11 +3,14 @@
 #ifndef APP_INTAKE_JSON_LINE_H
 #define APP_INTAKE_JSON_LINE_H
 
+#include <algorithm>
 #include <cstdint>
 #include <ostream>
 #include <span>
 #include <string>
 #include <string_view>
+
+#include "host/cpp/growing_bytes.h"
 
 namespace program {
 
@@ -22,8 +25,21 @@ class JsonOutput {
 
   private:
     friend class JsonLine;
+    // Room for so many characters behind the last one, of which those before an end are then used.
+    char* room(std::size_t count) {
+        if (text_.size() - used_ < count) text_.resize(2 * (used_ + count));
+        return reinterpret_cast<char*>(text_.data()) + used_;
+    }
+    void use(const char* end) { used_ += static_cast<std::size_t>(end - room(0)); }
+    void add(char character) {
+        *room(1) = character;
+        ++used_;
+    }
+    void add(std::string_view text) { use(std::copy(text.begin(), text.end(), room(text.size()))); }
+
     std::ostream& stream_;
-    std::string text_;
+    qx::GrowingBytes text_;
+    std::size_t used_ = 0;
 };
 
 // A key as it is printed, for lines that have it again and again.
@@ -33,7 +49,7 @@ class JsonKey {
 
   private:
     friend class JsonLine;
-    std::string text_;  // "name":
+    std::string text_;  // ,"name":
 };
 
 // Reals are printed in the shortest form that reads back to the same bits, with a point or an
@@ -50,7 +66,11 @@ class JsonLine {
 
     // "key": with the value to follow by value, list or object.
     JsonLine& key(std::string_view name);
-    JsonLine& key(const JsonKey& name);
+    JsonLine& key(const JsonKey& name) {
+        output_.add(std::string_view(name.text_).substr(first_ ? 1 : 0));
+        first_ = true;
+        return *this;
+    }
     template <class T>
     JsonLine& field(std::string_view name, const T& value) {
         key(name);
@@ -77,16 +97,21 @@ class JsonLine {
     // Pairs x, y: [[x,y],...].
     JsonLine& pairs(std::span<const double> values);
 
-    JsonLine& beginList();
-    JsonLine& endList();
-    JsonLine& beginObject();
-    JsonLine& endObject();
+    JsonLine& beginList() { return open('['); }
+    JsonLine& endList() { return close(']'); }
+    JsonLine& beginObject() { return open('{'); }
+    JsonLine& endObject() { return close('}'); }
 
   private:
-    void separate();
+    void separate() {
+        if (!first_) output_.add(',');
+        first_ = false;
+    }
+    void text(std::string_view text);
+    JsonLine& open(char bracket);
+    JsonLine& close(char bracket);
 
     JsonOutput& output_;
-    std::string& text_;
     bool first_ = false;
 };
 

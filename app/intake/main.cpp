@@ -31,6 +31,13 @@ bool onlyReads(std::string_view command) {
     return command == "show" || command == "dump" || command == "draw";
 }
 
+// Somebody who wants no colours says so (no-color.org), and a screen that has none too.
+bool wantsColours() {
+    const char* const unwanted = std::getenv("NO_COLOR");
+    const char* const screen = std::getenv("TERM");
+    return (!unwanted || !*unwanted) && (!screen || std::string_view(screen) != "dumb");
+}
+
 // A library that needs memory in order to give some back ends the program here.
 [[noreturn]] void endForWantOfMemory() {
     try {
@@ -52,7 +59,8 @@ int main(int count, char** arguments) {
     std::signal(SIGXFSZ, SIG_IGN);
     if (count > 1 && onlyReads(arguments[1])) std::set_new_handler(endReading);
     std::ios::sync_with_stdio(false);
-    program::Console console{std::cout, std::cerr, ::isatty(STDERR_FILENO) != 0,
+    const bool terminal = ::isatty(STDERR_FILENO) != 0;
+    program::Console console{std::cout, std::cerr, terminal, terminal && wantsColours(),
                              ::isatty(STDIN_FILENO) != 0 ? &std::cin : nullptr};
     try {
         return program::run(std::vector<std::string>(arguments + 1, arguments + count), console);

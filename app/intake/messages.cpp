@@ -33,8 +33,8 @@ const char* levelName(int32_t level) { return levelOf(level).name; }
 void printMessage(Console& console, int32_t level, std::string_view text, bool explain) {
     for (std::size_t start = 0; start <= text.size();) {
         const std::size_t end = std::min(text.find('\n', start), text.size());
-        console.errors << levelOf(level).lead << ": " << shown(text.substr(start, end - start))
-                       << '\n';
+        console.errors << lead(console, levelOf(level).lead)
+                       << shown(text.substr(start, end - start)) << '\n';
         start = end + 1;
     }
     const std::string meaning = explain ? explanationOf(text) : "";

@@ -2,6 +2,7 @@
 
 #include <dlfcn.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <stdexcept>
 #include <string_view>
@@ -15,9 +16,14 @@ namespace fs = std::filesystem;
 // From the folder of the program: in the build tree, and as installed.
 constexpr const char* kFolders[] = {"../lib/intake", INTAKE_MODULES};
 
+fs::path programFolder() {
+    std::error_code error;
+    return fs::read_symlink("/proc/self/exe", error).parent_path();
+}
+
 std::string fileOf(const std::string& name) {
     std::error_code error;
-    const fs::path program = fs::read_symlink("/proc/self/exe", error).parent_path();
+    const fs::path program = programFolder();
     fs::path file;
     for (const char* folder : kFolders) {
         file = (program / folder / (name + ".so")).lexically_normal();
@@ -27,6 +33,20 @@ std::string fileOf(const std::string& name) {
 }
 
 }  // namespace
+
+std::vector<std::string> modulesThere() {
+    std::error_code error;
+    std::vector<std::string> names;
+    for (const char* folder : kFolders) {
+        for (const auto& entry : fs::directory_iterator(programFolder() / folder, error)) {
+            const fs::path& file = entry.path();
+            if (file.extension() == ".so") names.push_back(file.stem().string());
+        }
+    }
+    std::sort(names.begin(), names.end());
+    names.erase(std::unique(names.begin(), names.end()), names.end());
+    return names;
+}
 
 Module openModule(const std::string& name, const std::type_info& interface) {
     const std::string file = fileOf(name);

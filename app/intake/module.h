@@ -5,6 +5,7 @@
 
 #include <string>
 #include <typeinfo>
+#include <vector>
 
 namespace program {
 
@@ -19,6 +20,9 @@ struct Module {
 // std::runtime_error whose text is for the user, with the file that was looked for, where the
 // module is missing, cannot be opened or is not of this program.
 Module openModule(const std::string& name, const std::type_info& interface);
+
+// The names of the modules that are there, in their order; none is opened for it.
+std::vector<std::string> modulesThere();
 
 // The object of the module of a name: loadModule<Pictures>("png").
 template <class Interface>

@@ -63,7 +63,7 @@ TemporaryFolder::TemporaryFolder() {
     const std::lock_guard lock(entriesInUse);
     for (place_ = 0; place_ < entries.size() && entries[place_].used;) ++place_;
     // The paths of files in it have to fit the buffers of the library.
-    constexpr std::size_t kLongest = 100;
+    constexpr std::size_t kLongest = 200;
     if (path_.size() > kLongest || place_ == entries.size()) {
         throw std::runtime_error("the path of the folder for temporary files is too long: " +
                                  path_ + "; TMPDIR names another one");

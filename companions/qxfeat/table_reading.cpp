@@ -25,7 +25,7 @@ struct TableList {
 
 store::HandleTable<TableList> lists;
 
-// A coverage may have a table of its own name, which in the file had none behind a point.
+// A name without a point stands for itself, and one with a point may be that of a coverage.
 bool belongs(std::string_view table, std::string_view owner) {
     return table.substr(0, table.rfind('.')) == owner || table == owner;
 }

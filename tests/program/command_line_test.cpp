@@ -50,7 +50,52 @@ TEST_F(CommandLine, HelpLeadsWithExamples) {
     EXPECT_EQ(help.status, 0);
     EXPECT_TRUE(help.output.starts_with("Examples:\n  intake import "));
     EXPECT_EQ(run({"import", "--help"}).status, 0);
+    EXPECT_EQ(run({"help"}).output, help.output);
+    for (const char* command : {"import", "help"}) {
+        EXPECT_EQ(run({"help", command}).output, run({command, "--help"}).output);
+        EXPECT_NE(run({"help", command}).output.find("Usage: intake " + std::string(command)),
+                  std::string::npos);
+    }
     EXPECT_TRUE(run({"--version"}).output.starts_with("intake "));
+    EXPECT_NE(run({"--version"}).output.find("\nmodules: archive, geopackage, png, proj\n"),
+              std::string::npos);
+}
+
+TEST_F(CommandLine, AMisspeltWordIsToldWhatItMayHaveMeant) {
+    struct Case {
+        std::vector<std::string> words;
+        const char* told;
+    };
+    const Case cases[] = {
+        {{"impotr", "a", "b"}, "there is no command impotr; did you mean import?"},
+        {{"Show"}, "there is no command Show; did you mean show?"},
+        {{"conv", "a"}, "there is no command conv; did you mean convert?"},
+        {{"help", "drwa"}, "there is no command drwa; did you mean draw?"},
+        {{"fly"}, "there is no command fly"},
+        {{"--verson"}, "--verson: did you mean --version?"},
+        {{"import", "a", "b", "--jsno"}, "--jsno: did you mean --json?"},
+        {{"import", "--quite", "--froce"},
+         "--quite: did you mean --quiet?; --froce: did you mean --force?"},
+        {{"dump", "a", "--clas=arc"}, "--clas: did you mean --class?"},
+    };
+    for (const Case& each : cases) {
+        const Outcome outcome = run(each.words);
+        EXPECT_EQ(outcome.status, 2);
+        const std::string first = outcome.errors.substr(0, outcome.errors.find('\n'));
+        EXPECT_TRUE(first.starts_with("intake: ") && first.ends_with(each.told)) << first;
+    }
+    // What is far from everything, and what is no option at all.
+    EXPECT_EQ(run({"show", "a", "--xyzzy"}).errors.find("did you mean"), std::string::npos);
+    EXPECT_EQ(run({"show", "a", "b", "--", "--jsno"}).errors.find("did you mean"),
+              std::string::npos);
+}
+
+TEST_F(CommandLine, LevelsHaveTheirColoursWhereThereAreColours) {
+    std::ostringstream output, errors;
+    program::Console console{output, errors, true, true};
+    EXPECT_EQ(program::run({"import", "--quiet", path("missing"), path("NEW")}, console), 1);
+    EXPECT_TRUE(errors.str().starts_with("\033[31merror:\033[m Could not open")) << errors.str();
+    EXPECT_EQ(run({"import", "@missing", "@NEW"}, true).errors.find("\033[31m"), std::string::npos);
 }
 
 TEST_F(CommandLine, AnImportTellsItsMessagesAndItsOutcome) {

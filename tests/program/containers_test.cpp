@@ -78,6 +78,21 @@ TEST_F(Containers, GiveTheFileThatIsInThemAsIfItLayThere) {
     }
 }
 
+TEST_F(Containers, AreConvertedInOneStep) {
+    writeFile(path("old.zip"), packed("zip", {}, {{"maps/wcr.e00", text_}, {"b.e00", other_}}));
+    const auto convert = [&](const std::string& file, const std::string& output) {
+        return run({"convert", file, output, "--format", "geojson", "--quiet"}).status;
+    };
+    EXPECT_EQ(convert("@old.zip::wcr.e00", "@zipped"), convert(sample("wcr.e00"), "@plain"));
+    int files = 0;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(path("plain"))) {
+        const std::string other = path("zipped/" + entry.path().filename().string());
+        EXPECT_TRUE(fileBytes(entry.path().string()) == fileBytes(other)) << other;
+        ++files;
+    }
+    EXPECT_GT(files, 5);
+}
+
 TEST_F(Containers, ThatAreBrokenAreToldInOneLine) {
     for (const Shape& shape : kShapes) {
         const std::string whole = packed(shape.format, shape.filters, {{"maps/a.e00", text_}});

@@ -134,8 +134,8 @@ TEST_F(Export, WhatDoesNotCloseIsKeptAsLinesAndTold) {
 
 TEST_F(Export, ColumnsSayWhatTheirRecordsSay) {
     imported(kArcs +
-             table("DS.PAT", {"a\xC3\xA9     noneyet    7", "b       20000101   x",
-                              "c                   "}) +
+             table("DS.PAT",
+                   {"a\xC3\xA9     noneyet    7", "b       20000101   x", "c                   "}) +
              table("DS.BND", {"caf\xE9 \x81  20000101   7"}));
     auto rows = features("DS.PAT");
     EXPECT_EQ(last_.status, 0) << last_.errors;

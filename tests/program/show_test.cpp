@@ -69,5 +69,25 @@ TEST_F(Show, AStackTellsItsGrids) {
     EXPECT_EQ(stack["tables"][0]["items"].size(), 2U);
 }
 
+TEST_F(Show, ATableOfTheCoveragesNameIsAmongItsTables) {
+    std::string text =
+        "EXP  0 X\nARC  2\n"
+        "        -1         0         0         0         0         0         0\nIFO  2\n";
+    const std::string item =
+        "NUMBER            4-1   14-1   5-1 50-1  -1  -1-1                   1-\n";
+    for (const char* name : {"DS", "DSX", "DS.PAT"}) {
+        text += std::string(name) + std::string(32 - std::string(name).size(), ' ') +
+                "     1   1   4         1\n" + item + "          7\n";
+    }
+    given(text + "EOI\nEOS\n");
+    ASSERT_EQ(import(), 1);
+    std::vector<std::string> names;
+    const json shown = run({"show", "@DS", "--json"}).object();
+    for (const json& table : shown["tables"]) names.push_back(table["name"]);
+    EXPECT_EQ(names, (std::vector<std::string>{"DS", "DS.PAT"}));
+    EXPECT_EQ(records("record")[0]["table"], "DS");
+    EXPECT_EQ(records("record")[0]["values"]["NUMBER"], 7);
+}
+
 }  // namespace
 }  // namespace intake::testing

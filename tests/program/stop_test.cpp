@@ -1,7 +1,9 @@
 #include <fcntl.h>
+#include <sys/ioctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <csignal>
 #include <thread>
 
@@ -37,6 +39,17 @@ class Running {
     json next() {
         char line[4096];
         return std::fgets(line, sizeof line, errors_) ? json::parse(line) : json();
+    }
+    // Bytes that it has told and nobody has read.
+    int unread() const {
+        int count = 0;
+        ::ioctl(::fileno(errors_), FIONREAD, &count);
+        return count;
+    }
+    bool ended() const {
+        siginfo_t information{};
+        ::waitid(P_PID, static_cast<id_t>(child_), &information, WEXITED | WNOHANG | WNOWAIT);
+        return information.si_pid != 0;
     }
     void send(int signal) const { ::kill(child_, signal); }
     int wait() const {
@@ -108,6 +121,27 @@ TEST_F(Stop, WhereOnlyTemporaryFilesAreMadeItEndsAtOnce) {
     EXPECT_FALSE(std::filesystem::exists(path("DS")));
     ::close(ends[0]);
     ::close(ends[1]);
+}
+
+TEST_F(Stop, ASecondSignalEndsAnImportThatCannotGoOn) {
+    std::string text = "EXP  0 X\n";
+    for (int section = 0; section < 2000; ++section) text += "SIN  2\nEOX\n";
+    given(text + "EOS\n");
+    const int input = ::open(path("in.e00").c_str(), O_RDONLY | O_CLOEXEC);
+    Running import({"import", "--progress", "json", "-", path("DS")}, input);
+    ::close(input);
+    // It waits for somebody to read what it tells, once nothing more comes.
+    for (auto [before, equal] = std::pair(import.unread(), 0); equal < 5;) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(60));
+        const auto now = import.unread();
+        equal = now == before && now >= 60000 ? equal + 1 : 0;
+        before = now;
+    }
+    import.send(SIGINT);
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    EXPECT_FALSE(import.ended());
+    import.send(SIGTERM);
+    EXPECT_EQ(import.wait(), 128 + SIGTERM);
 }
 
 TEST_F(Stop, AHostAsksForItAndTakesItBack) {

@@ -31,7 +31,7 @@ class Workspace : public ProgramTest {
         std::istringstream input(answers);
         std::ostringstream output;
         std::ostringstream errors;
-        program::Console console{output, errors, true, &input};
+        program::Console console{output, errors, true, false, &input};
         const int status = program::run(words, console);
         return {status, output.str(), errors.str()};
     }
@@ -149,10 +149,12 @@ TEST_F(Workspace, KeepsTheOldDatasetUntilTheNewOneIsWhole) {
     EXPECT_EQ(run({"import", seed("cover_double"), "@DS"}).status, 2);
     const Outcome replaced = run({"import", "--replace", seed("cover_double"), "@DS"});
     EXPECT_EQ(replaced.status, 0) << replaced.errors;
+    fs::create_directory(path("other"));
     import("cover_double", "other/DS");
     EXPECT_EQ(run({"dump", "@DS"}).output, run({"dump", "@other/DS"}).output);
     // A font lies under another name, and the grids of a stack lie beside it.
-    for (const std::string& sample : {"fnt", "stk_tables"}) {
+    fs::create_directory(path("X"));
+    for (const std::string sample : {"fnt", "stk_tables"}) {
         import(sample, "X/" + sample);
         const auto files = filesIn("X");
         EXPECT_EQ(run({"import", "--replace", seed(sample), "@X/" + sample}).status, 0) << sample;

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <cctype>
+#include <charconv>
 #include <fstream>
-#include <regex>
 #include <sstream>
 
 #include "app/intake/check/records.h"
@@ -67,11 +67,22 @@ class Collector : public ImportListener {
     }
     // A field that cannot be read is told with its place.
     void findColumns(const std::string& text) {
-        static const std::regex kPlace(
-            "in columns ([0-9]+ to [0-9]+) of line ([0-9]{1,18}) of (.*)$");
-        std::smatch match;
-        if (!std::regex_search(text, match, kPlace)) return;
-        finding_.place = FoundPlace{match[3], std::stoll(match[2]), match[1]};
+        // "... in columns 1 to 10 of line 7 of roads.e00"
+        constexpr std::string_view kColumns = "in columns ";
+        constexpr std::string_view kLine = " of line ";
+        const std::size_t columns = text.rfind(kColumns);
+        if (columns == std::string::npos) return;
+        const std::size_t first = columns + kColumns.size();
+        const std::size_t line = text.find(kLine, first);
+        if (line == std::string::npos) return;
+        int64_t number = 0;
+        const char* const end = text.data() + text.size();
+        const auto [behind, error] =
+            std::from_chars(text.data() + line + kLine.size(), end, number);
+        const std::string_view rest(behind, static_cast<std::size_t>(end - behind));
+        if (error != std::errc() || !rest.starts_with(" of ")) return;
+        finding_.place =
+            FoundPlace{std::string(rest.substr(4)), number, text.substr(first, line - first)};
     }
 
     Finding& finding_;

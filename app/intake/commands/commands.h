@@ -6,6 +6,7 @@
 #include <CLI/CLI.hpp>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "app/intake/console.h"
 #include "app/intake/source.h"
@@ -24,6 +25,18 @@ void addExport(CLI::App& app, Console& console, int& status);
 void addConvert(CLI::App& app, Console& console, int& status);
 void addPack(CLI::App& app, Console& console, int& status);
 void addUnpack(CLI::App& app, Console& console, int& status);
+void addHelp(CLI::App& app, Console& console, int& status);
+
+// Adds the description and all commands, in the order of the help.
+void addCommands(CLI::App& app, Console& console, int& status);
+
+// The name of a validator whose values are a fixed set, by which the completion of shells has them.
+inline std::string choices(const std::vector<std::string>& names) {
+    return CLI::detail::join(names, "|");
+}
+
+// The command of a name, or null.
+const CLI::App* commandNamed(const CLI::App& app, const std::string& name);
 
 // FILE and --max-size of a command that reads an interchange file.
 void addSource(CLI::App& command, SourceOptions& source);

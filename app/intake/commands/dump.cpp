@@ -29,7 +29,7 @@ void addDump(CLI::App& app, Console& console, int& status) {
     command->add_option("--class", options->classes, "Only this class; may be given repeatedly")
         ->type_name("NAME")
         ->allow_extra_args(false)
-        ->check(CLI::IsMember(kClassNames).description(""));
+        ->check(CLI::IsMember(kClassNames).description(""), choices(kClassNames));
     addKind(*command, options->kind);
     command->callback([=, &console, &status] {
         finishChanges(workspaceOf(*path), console);

@@ -31,7 +31,7 @@ void addExportOptions(CLI::App& command, const std::shared_ptr<ExportOptions>& o
     command
         .add_option("--format", options->format, "The format, where OUT does not end in its name")
         ->type_name("NAME")
-        ->check(CLI::IsMember(names).description(""));
+        ->check(CLI::IsMember(names).description(""), choices(names));
     command.add_option("--layer", options->layers, "Only this layer; may be given repeatedly")
         ->type_name("NAME")
         ->allow_extra_args(false);

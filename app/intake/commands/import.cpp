@@ -20,7 +20,7 @@ void addImport(CLI::App& app, Console& console, int& status) {
             "--progress", [=](const std::string&) { options->events = true; },
             "json: tell progress and messages as JSON Lines, for a program that shows them")
         ->type_name("FORM")
-        ->check(CLI::IsMember({"json"}).description(""));
+        ->check(CLI::IsMember({"json"}).description(""), "json");
     command->callback([=, &console, &status] { status = importFile(*options, console); });
 }
 

@@ -10,7 +10,7 @@ void addKind(CLI::App& command, std::string& kind) {
         "Textset File", "Map",           "Grid",         "Stack"};
     command.add_option("--kind", kind, "What to take DATASET for, where its bytes leave it open")
         ->type_name("LABEL")
-        ->transform(CLI::IsMember(kLabels, CLI::ignore_case).description(""));
+        ->transform(CLI::IsMember(kLabels, CLI::ignore_case).description(""), choices(kLabels));
 }
 
 }  // namespace program

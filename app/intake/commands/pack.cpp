@@ -12,7 +12,7 @@ void addPacking(CLI::App& command, const std::shared_ptr<PackOptions>& options, 
     command.add_option("OUT", options->output, "The file to make, or its first volume")->required();
     if (options->level != 0) {
         command.add_option("--level", options->level, "1: blanks only; 2: numbers too (default)")
-            ->check(CLI::Range(1, 2));
+            ->check(CLI::Range(1, 2), "1|2");
     }
     command
         .add_option("--lines-per-volume", options->linesPerVolume,

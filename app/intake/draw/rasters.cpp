@@ -105,15 +105,15 @@ Image shaded(const Heights& heights) {
 Picture pictureOfRaster(const Dataset& dataset) {
     const datasets::Raster raster(dataset.path, dataset.kind == "Lattice" ? QX_LATTICE : QX_GRID);
     if (!raster) return {{}, [](Canvas&, const View&) {}};
-    const auto [xmin, ymin, xmax, ymax] = raster.box();
+    const datasets::Box box = raster.box();
     const auto image = std::make_shared<Image>(shaded(readHeights(raster)));
     Picture picture;
-    picture.extent.add(xmin, ymin);
-    picture.extent.add(xmax, ymax);
+    picture.extent.add(box[0], box[1]);
+    picture.extent.add(box[2], box[3]);
     picture.draw = [=](Canvas& canvas, const View& view) {
         if (image->pixels.empty()) return;
-        const Place topLeft = view.place(xmin, ymax);
-        const Place bottomRight = view.place(xmax, ymin);
+        const Place topLeft = view.place(box[0], box[3]);
+        const Place bottomRight = view.place(box[2], box[1]);
         canvas.image(topLeft, bottomRight.x - topLeft.x, bottomRight.y - topLeft.y, *image);
     };
     return picture;

@@ -12,7 +12,9 @@ namespace {
 
 // The name of the dataset: that of the file, without its folder and its endings.
 std::string nameFor(const std::string& file) {
-    std::string name = std::filesystem::path(file).filename().string();
+    const std::size_t archive = file.rfind("::");
+    const std::string inside = archive == std::string::npos ? file : file.substr(archive + 2);
+    std::string name = std::filesystem::path(inside).filename().string();
     name = name.substr(0, name.find('.', 1));
     return name.empty() || name == "-" ? "dataset" : name;
 }

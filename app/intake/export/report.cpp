@@ -40,8 +40,10 @@ std::string ExportReport::textOf(const Loss& loss) {
 }
 
 void ExportReport::print(Console& console) const {
-    for (const std::string& each : notes_) console.errors << "note: " << shown(each) << '\n';
-    for (const Loss& each : losses_) console.errors << "warning: " << shown(textOf(each)) << '\n';
+    for (const std::string& each : notes_)
+        console.errors << lead(console, "note") << shown(each) << '\n';
+    for (const Loss& each : losses_)
+        console.errors << lead(console, "warning") << shown(textOf(each)) << '\n';
     std::size_t widest = 0;
     for (const LayerReport& each : layers) widest = std::max(widest, shown(each.name).size());
     for (const LayerReport& each : layers) {
