@@ -196,6 +196,8 @@ bool finishChanges(const std::string& workspace) {
         const auto lock = store::FolderLock::tryNow(work);
         if (lock.held()) whole = WorkspaceChange(workspace, work).finish() && whole;
     }
+    // Unless another change has a folder there.
+    ::rmdir(folders.c_str());
     return whole;
 }
 

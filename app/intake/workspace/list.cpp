@@ -29,7 +29,7 @@ std::string kindText(const Row& row) {
     return text;
 }
 
-std::string contentOf(const std::string& path, const std::vector<std::string>& kinds) {
+std::string contentAt(const std::string& path, const std::vector<std::string>& kinds) {
     // What may be several things is none for sure.
     if (kinds.size() != 1) return {};
     try {
@@ -82,7 +82,7 @@ void listWorkspace(const std::string& workspace, bool json, Console& console) {
     for (const datasets::Stored& each : datasets::datasetsIn(workspace)) {
         names.insert(each.name);
         stored.push_back(
-            {each.name, each.kinds, sizes.of(each.path), contentOf(each.path, each.kinds)});
+            {each.name, each.kinds, sizes.of(each.path), contentAt(each.path, each.kinds)});
     }
     std::vector<Row> tables;
     for (const datasets::TablePlace& place : datasets::tablesIn(workspace)) {
