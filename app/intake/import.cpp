@@ -195,6 +195,13 @@ int importFile(const ImportOptions& options, Console& console) {
         status = kComplained;
     }
     if (result == 0 && interruptedBy() == 0) status = kEnded;
+    if (status != kDone && interruptedBy() == 0) {
+        // What the library's words leave open: no folder, something in the way.
+        const std::string reason = refusedWrite();
+        if (!reason.empty()) {
+            report.remark("could not write " + (replacement ? replacement->shown(reason) : reason));
+        }
+    }
     bool kept = false;  // the old dataset
     if (replacement) {
         kept = status != kDone && !(status == kComplained && looksLike.empty() && options.force);

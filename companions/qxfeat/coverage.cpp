@@ -1,7 +1,5 @@
 #include "companions/qxfeat/coverage.h"
 
-#include <cerrno>
-
 #include "companions/qxfeat/state.h"
 #include "companions/qxfeat/subclasses.h"
 #include "companions/store/member_names.h"
@@ -88,11 +86,7 @@ void c64bit_() { precision = kDoubleType; }
 void ccreat_(const char* coverage, int32_t* status, int32_t coverageLength) {
     *status = kFailed;
     const std::string path(store::plainPath(qx::textArgument(coverage, coverageLength)));
-    if (path.empty()) return;
-    if (!store::makeDirectory(path)) {
-        wrfailC(path.c_str(), errno);
-        return;
-    }
+    if (path.empty() || !store::makeDirectory(path)) return;
     RecordHeader header;
     header.code = kCoverageCode;
     header.realBytes = precision == kDoubleType ? 8 : 4;

@@ -131,8 +131,13 @@ void File::refuseIrregular() {
 }
 
 void File::noteUnlessOpen() const {
-    // That something is there is for the caller to judge.
-    if (!isOpen() && errno != EEXIST) wrfailC(path_.c_str(), errno);
+    if (isOpen()) return;
+    if (ofMachine(errno)) {
+        wrfailC(path_.c_str(), errno);
+    } else if (errno != EEXIST) {
+        // That something is there is for the caller to judge.
+        refuseC(path_.c_str(), errno);
+    }
 }
 
 int64_t File::size() const {
@@ -211,9 +216,11 @@ bool File::close() {
 
 bool makeDirectory(const std::string& path) {
     if (::mkdir(path.c_str(), 0777) == 0) return true;
-    const int failure = errno;
-    // A folder that is there is for the caller to judge.
-    if (failure != EEXIST || !isDirectory(path)) wrfailC(path.c_str(), failure);
+    if (ofMachine(errno)) {
+        wrfailC(path.c_str(), errno);
+    } else {
+        refuseC(path.c_str(), errno);
+    }
     return false;
 }
 

@@ -21,7 +21,7 @@ class File {
     // Open a file; on failure the result is not open and errno tells why. Only regular files
     // are opened. A path that names a symbolic link is followed for reading only. What the machine
     // fails to do, here and below, is noted (host/qxbase/failures.h); a name where no such file is
-    // or can be is left to the caller.
+    // or can be is left to the caller, and noted as refused where one was to be made.
     static File read(const std::string& path);
     static File readWrite(const std::string& path);
     static File create(const std::string& path, Creation creation);
@@ -76,7 +76,8 @@ class File {
     Identity opened_;
 };
 
-// Makes a directory; false if it is there already or cannot be made, which is noted.
+// Makes a directory; false, and noted as refused, if something is there already or the name can be
+// none.
 bool makeDirectory(const std::string& path);
 // Makes a directory unless it is there. Whatever hinders that is noted, also a name that cannot be
 // one.

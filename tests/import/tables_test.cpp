@@ -261,7 +261,7 @@ TEST_F(Tables, OnlyANameThatIsTakenIsToldAsOne) {
         std::string path;    // in the workspace, of what could not be written
         std::string reason;  // of the system
     };
-    const Case cases[] = {{"nowhere", "info", "No such file or directory"},
+    const Case cases[] = {{"nowhere", "info", "there is no folder " + path("nowhere")},
                           {"file", "info", "File exists"},
                           {"locked", "info/lock", "Is a directory"},
                           {"damaged", "info/catalog", "it is damaged"}};
