@@ -228,7 +228,13 @@ const Catalogue& readCatalogue(const std::string& directory) {
 }
 
 void settleCatalogue() {
-    if (kept.changed && changing.catalogue.isOpen()) isCurrent(changing.catalogue.identity());
+    if (kept.changed && changing.catalogue.isOpen()) {
+        // What others have written since is behind what is known.
+        const auto now = changing.catalogue.identity();
+        if (!isCurrent(now) && now.isSameFile(kept.file) && now.size > kept.file.size) {
+            kept.changed = false;
+        }
+    }
     changing = {};
     // What was half written, or by the wrong hand, is looked at again.
     if (kept.changed || !kept.catalogue.sound || kept.end != kept.file.size) kept = {};
