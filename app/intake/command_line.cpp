@@ -17,12 +17,16 @@ constexpr char kExamples[] =
   intake import --json roads.e00 roads      ... and tell the outcome as one JSON object
   intake import roads.zip roads             ... out of an archive or a compressed file
   intake check roads.e00                    what a file is, and whether it is whole
+  intake import --replace roads.e00 roads   ... in the place of the one that is there
+  intake list                               what the workspace holds
   intake show roads                         what it is, and what it holds
   intake dump roads                         print every record, one JSON object a line
   intake dump roads --class arc             ... of one class only
   intake draw roads roads.svg               a picture of it, as SVG or PNG
   intake convert roads.e00 roads.gpkg       from the file to a format that others open
   intake export roads roads.gpkg            the same of a dataset that was imported
+  intake rename roads streets               another name for it and its tables
+  intake remove streets                     away with it and its tables
   intake pack roads.e00 small.e00           the same file in compressed form
   intake unpack small.e00 plain.e00         ... and in plain form again
 
@@ -30,8 +34,8 @@ Rebuilds geographic datasets from an 80-column interchange text file.)";
 
 // In the order of the help.
 constexpr void (*kCommands[])(CLI::App&, Console&, int&) = {
-    addImport, addCheck,   addShow, addDump,   addDraw,
-    addExport, addConvert, addPack, addUnpack, addHelp,
+    addImport, addCheck,  addList,    addShow, addDump,   addDraw, addRemove,
+    addRename, addExport, addConvert, addPack, addUnpack, addHelp,
 };
 
 }  // namespace

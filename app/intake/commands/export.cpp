@@ -4,6 +4,7 @@
 
 #include "app/intake/commands/commands.h"
 #include "app/intake/export/convert.h"
+#include "app/intake/workspace/changes.h"
 #include "formats/formats.h"
 
 namespace program {
@@ -65,7 +66,10 @@ void addExport(CLI::App& app, Console& console, int& status) {
     command->add_option("OUT", options->output, kOutput)->required();
     addExportOptions(*command, options);
     addKind(*command, options->kind);
-    command->callback([=, &console, &status] { status = exportDataset(*options, console); });
+    command->callback([=, &console, &status] {
+        finishChanges(workspaceOf(options->dataset), console);
+        status = exportDataset(*options, console);
+    });
 }
 
 void addConvert(CLI::App& app, Console& console, int& status) {
