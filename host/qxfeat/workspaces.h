@@ -15,12 +15,12 @@ QX_BEGIN
 
 enum QxWorkspaceStatus {
     QX_WORKSPACE_CHANGED = 0,
-    QX_WORKSPACE_FAILED = -1,  /* wrfget_ tells what could not be done, and why */
-    QX_WORKSPACE_NOTHING = 1,  /* there is no such dataset */
-    QX_WORKSPACE_TAKEN = 2,    /* there is something of the new name */
-    QX_WORKSPACE_NO_NAME = 3,  /* the new name is none that a dataset can have */
-    QX_WORKSPACE_OWNED = 4,    /* it is a table that belongs to a dataset */
-    QX_WORKSPACE_FOLDERS = 5   /* its folder has a folder in it, which is no part of a dataset */
+    QX_WORKSPACE_FAILED = -1, /* wrfget_ tells what could not be done, and why */
+    QX_WORKSPACE_NOTHING = 1, /* there is no such dataset */
+    QX_WORKSPACE_TAKEN = 2,   /* there is something of the new name */
+    QX_WORKSPACE_NO_NAME = 3, /* the new name is none that a dataset can have */
+    QX_WORKSPACE_OWNED = 4,   /* it is a table that belongs to a dataset */
+    QX_WORKSPACE_FOLDERS = 5  /* its folder has a folder in it, which is no part of a dataset */
 };
 
 /* Removes a dataset: its file, or its folder with all files in it, and its tables. */
@@ -34,9 +34,9 @@ QX_API void wspren_(const char* dataset, const char* name, int32_t* status, int3
 
 /* Begins to replace a dataset: beside is the path under which the new one is to be imported, in a
  * workspace of its own. status 0 or -1. wspold_ adds a dataset that goes together with the first,
- * such as the grid of a stack. wspput_ puts all that was imported in the place of these, with status
- * TAKEN and nothing changed where something else is in the way. wspend_ ends the change, and what
- * was imported and not put goes with it. */
+ * such as the grid of a stack. wspput_ puts all that was imported in the place of these, with
+ * status TAKEN and nothing changed where something else is in the way. wspend_ ends the change, and
+ * what was imported and not put goes with it. */
 QX_API void wspbeg_(int32_t* change, const char* dataset, char* beside, int32_t* status,
                     int32_t datasetLength, int32_t besideLength);
 QX_API void wspold_(const int32_t* change, const char* dataset, int32_t* status,
