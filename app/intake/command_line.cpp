@@ -4,33 +4,13 @@
 #include <new>
 
 #include "app/intake/commands/commands.h"
+#include "app/intake/commands/guide.h"
 #include "app/intake/suggestions.h"
 #include "app/intake/version.h"
 
 namespace program {
 
 namespace {
-
-constexpr char kExamples[] =
-    R"(Examples:
-  intake import roads.e00 roads             rebuild the dataset of an interchange file
-  intake import --json roads.e00 roads      ... and tell the outcome as one JSON object
-  intake import roads.zip roads             ... out of an archive or a compressed file
-  intake check roads.e00                    what a file is, and whether it is whole
-  intake import --replace roads.e00 roads   ... in the place of the one that is there
-  intake list                               what the workspace holds
-  intake show roads                         what it is, and what it holds
-  intake dump roads                         print every record, one JSON object a line
-  intake dump roads --class arc             ... of one class only
-  intake draw roads roads.svg               a picture of it, as SVG or PNG
-  intake convert roads.e00 roads.gpkg       from the file to a format that others open
-  intake export roads roads.gpkg            the same of a dataset that was imported
-  intake rename roads streets               another name for it and its tables
-  intake remove streets                     away with it and its tables
-  intake pack roads.e00 small.e00           the same file in compressed form
-  intake unpack small.e00 plain.e00         ... and in plain form again
-
-Rebuilds geographic datasets from an 80-column interchange text file.)";
 
 // In the order of the help.
 constexpr void (*kCommands[])(CLI::App&, Console&, int&) = {
@@ -41,7 +21,7 @@ constexpr void (*kCommands[])(CLI::App&, Console&, int&) = {
 }  // namespace
 
 void addCommands(CLI::App& app, Console& console, int& status) {
-    app.description(kExamples);
+    app.description(helpOpening());
     app.set_version_flag("--version", versionText, "Tell the version, its build and its modules");
     app.require_subcommand(1);
     for (const auto& add : kCommands) add(app, console, status);
