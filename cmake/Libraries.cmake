@@ -14,9 +14,20 @@ add_library(intake_host INTERFACE)
 target_include_directories(intake_host INTERFACE
   $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>)
 
+# The operating system: one header, a file a system.
+set(intake_system posix)
+if(WIN32)
+  set(intake_system windows)
+  add_compile_definitions(_WIN32_WINNT=0x0A00)
+  include(cmake/Exports.cmake)
+endif()
+add_library(intake_system STATIC system/${intake_system}.cpp)
+target_include_directories(intake_system PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
+target_link_libraries(intake_system PUBLIC ${CMAKE_DL_LIBS} PRIVATE intake_warnings)
+
 intake_sources(store_sources companions/store)
 add_library(qxstore STATIC ${store_sources})
-target_link_libraries(qxstore PUBLIC intake_host PRIVATE intake_warnings)
+target_link_libraries(qxstore PUBLIC intake_host intake_system PRIVATE intake_warnings)
 
 # Shared companions hold the storage engine each for itself, so that any can be replaced. Of static
 # ones qxbase has it for all.
@@ -26,14 +37,19 @@ foreach(companion qxbase qxfeat qxgridio)
   target_link_libraries(${companion} PUBLIC intake_host PRIVATE $<BUILD_INTERFACE:intake_warnings>)
   set_target_properties(${companion} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION 0)
   if(BUILD_SHARED_LIBS)
-    target_link_libraries(${companion} PRIVATE qxstore)
-    target_link_options(${companion} PRIVATE -Wl,--exclude-libs,ALL)
+    target_link_libraries(${companion} PRIVATE qxstore intake_system)
+    if(WIN32)
+      file(GLOB headers CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/host/${companion}/*.h)
+      intake_exports(${companion} ${headers})
+    else()
+      target_link_options(${companion} PRIVATE -Wl,--exclude-libs,ALL)
+    endif()
   endif()
 endforeach()
 target_link_libraries(qxfeat PRIVATE qxbase)
 target_link_libraries(qxgridio PRIVATE qxbase)
 if(NOT BUILD_SHARED_LIBS)
-  target_sources(qxbase PRIVATE $<TARGET_OBJECTS:qxstore>)
+  target_sources(qxbase PRIVATE $<TARGET_OBJECTS:qxstore> $<TARGET_OBJECTS:intake_system>)
 endif()
 
 # Typed reading of what is stored, for C++ programs.
@@ -52,17 +68,21 @@ intake_sources(entry_sources entry)
 add_library(intake_entry OBJECT ${entry_sources})
 target_link_libraries(intake_entry PUBLIC intake_host PRIVATE intake_warnings)
 add_library(intake_core STATIC ${core_sources} $<TARGET_OBJECTS:intake_entry>)
-target_link_libraries(intake_core PUBLIC intake_stream qxfeat qxgridio ${CMAKE_DL_LIBS}
-                      PRIVATE intake_warnings)
+target_link_libraries(intake_core PUBLIC intake_stream qxfeat qxgridio
+                      PRIVATE $<$<BOOL:${BUILD_SHARED_LIBS}>:intake_system> intake_warnings)
 
 # libintakedl exports ImportFile and nothing else. As a static library it is one archive.
 if(BUILD_SHARED_LIBS)
   add_library(intakedl SHARED $<TARGET_OBJECTS:intake_entry>)
   target_link_libraries(intakedl PUBLIC intake_host PRIVATE intake_core intake_warnings)
-  target_link_options(intakedl PRIVATE
-    -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/intakedl.map)
+  if(WIN32)
+    intake_exports(intakedl ${PROJECT_SOURCE_DIR}/include/intakedl.h)
+  else()
+    target_link_options(intakedl PRIVATE
+      -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/intakedl.map)
+  endif()
   # A sanitizer's own functions come with the program.
-  if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
+  if(NOT WIN32 AND NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
     target_link_options(intakedl PRIVATE -Wl,--no-undefined)
   endif()
   set_target_properties(intakedl PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION 0

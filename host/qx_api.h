@@ -17,11 +17,15 @@
 #define QX_END
 #endif
 
-#if defined(__GNUC__)
+/* Where libraries are not ELF files a list of these names goes with each instead. */
+#if defined(__GNUC__) && defined(__ELF__)
 #define QX_API __attribute__((visibility("default")))
-#define QX_NORETURN __attribute__((noreturn))
 #else
 #define QX_API
+#endif
+#if defined(__GNUC__)
+#define QX_NORETURN __attribute__((noreturn))
+#else
 #define QX_NORETURN
 #endif
 

@@ -26,7 +26,7 @@ extern "C" {
  * What was imported before a failure stays on disk and can be read. Both texts remain the caller's.
  * One import at a time in a process; imports may follow one another. Signals, locale and current
  * directory of the process stay what they are, and no file is left open. */
-#if defined(__GNUC__)
+#if defined(__GNUC__) && defined(__ELF__)
 __attribute__((visibility("default")))
 #endif
 int32_t

@@ -1,15 +1,12 @@
 #include "host/qxbase/channels.h"
 
-#include <unistd.h>
-
-#include <cstdlib>
-
 #include "companions/qxbase/state.h"
 #include "companions/qxbase/text_channel.h"
 #include "companions/store/handle_table.h"
 #include "companions/store/member_names.h"
 #include "host/cpp/fixed_text.h"
 #include "host/qxbase/strings.h"
+#include "system/system.h"
 
 namespace {
 
@@ -190,9 +187,8 @@ void alink_(const char* name, int32_t* status, int32_t nameLength) {
 
 void scrnam_(char* name, int32_t nameLength) {
     static int32_t number = 0;
-    const char* directory = std::getenv("TMPDIR");
-    const std::string start = std::string(directory && *directory ? directory : "/tmp") +
-                              "/intake." + std::to_string(::getpid()) + ".";
+    const std::string start =
+        os::temporaryFolder() + "/intake." + std::to_string(os::processNumber()) + ".";
     std::string scratch;
     constexpr int32_t kMostTries = 1000;
     const int32_t last = number + kMostTries;

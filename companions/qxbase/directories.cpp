@@ -1,10 +1,6 @@
 #include "host/qxbase/directories.h"
 
-#include <unistd.h>
-
 #include <algorithm>
-#include <climits>
-#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
@@ -14,6 +10,7 @@
 #include "companions/store/handle_table.h"
 #include "companions/store/member_names.h"
 #include "host/cpp/fixed_text.h"
+#include "system/system.h"
 
 namespace {
 
@@ -34,11 +31,7 @@ struct Listing {
 
 store::HandleTable<Listing> listings;
 
-std::string currentDirectory() {
-    if (!entered.empty()) return entered.back();
-    char path[PATH_MAX];
-    return ::getcwd(path, sizeof path) ? path : std::string();
-}
+std::string currentDirectory() { return entered.empty() ? os::currentFolder() : entered.back(); }
 
 }  // namespace
 
@@ -85,14 +78,10 @@ void dpop_() {
 
 void dopen_(int32_t* handle, const char* directory, int32_t* status, int32_t directoryLength) {
     Listing listing;
-    std::error_code failure;
     const std::string path = qxbase::located(textArgument(directory, directoryLength));
-    for (std::filesystem::directory_iterator each(path, failure), end; !failure && each != end;
-         each.increment(failure)) {
-        listing.names.push_back(each->path().filename().string());
-    }
-    *status = failure ? kFailed : 0;
-    if (failure) return;
+    *status = kFailed;
+    if (!os::namesIn(path.c_str(), listing.names)) return;
+    *status = 0;
     std::sort(listing.names.begin(), listing.names.end());
     *handle = listings.add(std::make_unique<Listing>(std::move(listing)));
 }

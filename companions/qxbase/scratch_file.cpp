@@ -1,7 +1,5 @@
 #include "companions/qxbase/scratch_file.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstring>
 
@@ -32,7 +30,7 @@ store::File openScratch() {
     store::File file =
         store::File::create(std::string(name.view()), store::File::Creation::kMustBeNew);
     // Without a name nothing keeps it.
-    if (file.isOpen()) ::unlink(file.path().c_str());
+    if (file.isOpen()) store::dropFile(file.path());
     return file;
 }
 

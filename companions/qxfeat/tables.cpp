@@ -1,7 +1,5 @@
 #include "host/qxfeat/tables.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 
@@ -28,10 +26,10 @@ void removeFiles(const std::string& directory, int32_t number, std::string_view 
     TableDefinition definition;
     if (definition.read(tableFile(directory, number, "def")) && definition.name != name) return;
     for (std::size_t item = 1; item <= definition.items.size(); ++item) {
-        ::unlink(tableFile(directory, number, "index" + std::to_string(item)).c_str());
+        store::dropFile(tableFile(directory, number, "index" + std::to_string(item)));
     }
     for (const char* suffix : {"dat", "xml", "def"}) {
-        ::unlink(tableFile(directory, number, suffix).c_str());
+        store::dropFile(tableFile(directory, number, suffix));
     }
 }
 

@@ -1,7 +1,5 @@
 #include "companions/qxfeat/workspace_change.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <charconv>
@@ -170,7 +168,7 @@ bool WorkspaceChange::takeSteps() {
 bool WorkspaceChange::giveUp() const {
     const bool gone = store::removeTree(work_);
     // Unless another change has a folder there.
-    ::rmdir(std::string(store::directoryPart(work_)).c_str());
+    store::dropDirectory(std::string(store::directoryPart(work_)));
     return gone;
 }
 
@@ -197,7 +195,7 @@ bool finishChanges(const std::string& workspace) {
         if (lock.held()) whole = WorkspaceChange(workspace, work).finish() && whole;
     }
     // Unless another change has a folder there.
-    ::rmdir(folders.c_str());
+    store::dropDirectory(folders);
     return whole;
 }
 

@@ -1,7 +1,5 @@
 #include "host/qxgridio/grids.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
@@ -115,8 +113,8 @@ void CellLyrChannelClose(int32_t channel) {
 void CellLyrDelete(const char* name) {
     const std::string path(store::plainPath(name));
     if (!RasterReader::open(rasterPath(path, QX_GRID), QX_GRID)) return;
-    ::unlink(rasterPath(path, QX_GRID).c_str());
-    ::rmdir(path.c_str());
+    store::dropFile(rasterPath(path, QX_GRID));
+    store::dropDirectory(path);
 }
 
 void* CAllocate1(int32_t count, int32_t elementBytes) {

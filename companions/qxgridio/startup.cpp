@@ -1,7 +1,5 @@
 #include "host/qxgridio/startup.h"
 
-#include <unistd.h>
-
 #include "companions/qxgridio/state.h"
 #include "companions/store/open_files.h"
 #include "host/qxbase/messages.h"
@@ -41,7 +39,7 @@ MadeRaster makeRaster(const std::string& dataset, const RasterHeader& header) {
     made.madeDirectory = store::makeDirectory(dataset);
     if (!store::isDirectory(dataset)) return made;
     made.writer = RasterWriter::create(rasterPath(dataset, header.kind), header);
-    if (!made.writer && made.madeDirectory) ::rmdir(dataset.c_str());
+    if (!made.writer && made.madeDirectory) store::dropDirectory(dataset);
     return made;
 }
 

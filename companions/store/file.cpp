@@ -1,27 +1,14 @@
 #include "companions/store/file.h"
 
-#include <fcntl.h>
-#include <sys/file.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <cerrno>
-#include <cstdio>
 #include <utility>
 
 #include "host/qxbase/failures.h"
+#include "system/system.h"
 
 namespace store {
 
 namespace {
-
-int openRetrying(const char* path, int flags) {
-    int descriptor;
-    do {
-        descriptor = ::open(path, flags | O_CLOEXEC, 0666);
-    } while (descriptor < 0 && errno == EINTR);
-    return descriptor;
-}
 
 // Whether it is the machine that failed, and not a name that names nothing, or something else.
 bool ofMachine(int error) {
@@ -49,33 +36,23 @@ bool told(bool result, const std::string& path) {
     return result;
 }
 
-File::Identity identityAt(int folder, const char* name, int flags, const std::string& path) {
-    struct statx found {};
-    if (!told(::statx(folder, name, flags, STATX_BASIC_STATS | STATX_BTIME, &found) == 0, path) ||
-        !S_ISREG(found.stx_mode)) {
-        return {};
-    }
-    const bool hasBirth = (found.stx_mask & STATX_BTIME) != 0;
-    return {uint64_t{found.stx_dev_major} << 32 | found.stx_dev_minor,
-            found.stx_ino,
-            hasBirth ? found.stx_btime.tv_sec : 0,
-            hasBirth ? found.stx_btime.tv_nsec : 0,
-            static_cast<int64_t>(found.stx_size),
-            found.stx_mtime.tv_sec,
-            found.stx_mtime.tv_nsec};
+// The same for a failure to write.
+bool noted(bool result, const std::string& path) {
+    if (!result) wrfailC(path.c_str(), errno);
+    return result;
 }
 
 }  // namespace
 
 File::File(File&& other) noexcept
-    : descriptor_(std::exchange(other.descriptor_, -1)),
+    : handle_(std::exchange(other.handle_, os::kNoHandle)),
       path_(std::move(other.path_)),
       opened_(other.opened_) {}
 
 File& File::operator=(File&& other) noexcept {
     if (this != &other) {
         close();
-        descriptor_ = std::exchange(other.descriptor_, -1);
+        handle_ = std::exchange(other.handle_, os::kNoHandle);
         path_ = std::move(other.path_);
         opened_ = other.opened_;
     }
@@ -87,7 +64,7 @@ File::~File() { close(); }
 File File::read(const std::string& path) {
     File file;
     file.path_ = path;
-    file.descriptor_ = openRetrying(path.c_str(), O_RDONLY | O_NONBLOCK);
+    file.handle_ = os::openFile(path.c_str(), os::Opening::kRead);
     file.refuseIrregular();
     told(file.isOpen(), path);
     return file;
@@ -96,24 +73,24 @@ File File::read(const std::string& path) {
 File File::readWrite(const std::string& path) {
     File file;
     file.path_ = path;
-    file.descriptor_ = openRetrying(path.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK);
+    file.handle_ = os::openFile(path.c_str(), os::Opening::kReadWrite);
     file.refuseIrregular();
     file.noteUnlessOpen();
     return file;
 }
 
 File File::create(const std::string& path, Creation creation) {
-    constexpr int kFlags = O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK;
     File file;
     file.path_ = path;
     // What is new is regular, and needs no look. Most files are.
     if (creation != Creation::kKeep) {
-        file.descriptor_ = openRetrying(path.c_str(), kFlags | O_EXCL);
+        file.handle_ = os::openFile(path.c_str(), os::Opening::kMakeNew);
     }
     if (creation == Creation::kKeep ||
         (creation == Creation::kAnew && !file.isOpen() && errno == EEXIST)) {
-        const int flags = creation == Creation::kAnew ? kFlags | O_TRUNC : kFlags;
-        file.descriptor_ = openRetrying(path.c_str(), flags);
+        const auto how =
+            creation == Creation::kAnew ? os::Opening::kMakeOrEmpty : os::Opening::kMakeOrKeep;
+        file.handle_ = os::openFile(path.c_str(), how);
         file.refuseIrregular();
     }
     file.noteUnlessOpen();
@@ -121,11 +98,8 @@ File File::create(const std::string& path, Creation creation) {
 }
 
 void File::refuseIrregular() {
-    if (!isOpen()) return;
-    errno = 0;
-    opened_ = identityAt(descriptor_, "", AT_EMPTY_PATH, path_);
-    if (opened_.known()) return;
-    const int failure = errno != 0 ? errno : EINVAL;
+    if (!isOpen() || told(os::identify(handle_, opened_), path_)) return;
+    const int failure = errno;
     close();
     errno = failure;
 }
@@ -141,26 +115,28 @@ void File::noteUnlessOpen() const {
 }
 
 int64_t File::size() const {
-    struct stat information {};
-    if (::fstat(descriptor_, &information) == 0) return information.st_size;
-    rdfailC(path_.c_str(), errno);
-    return -1;
+    const int64_t bytes = os::sizeOf(handle_);
+    if (bytes < 0) rdfailC(path_.c_str(), errno);
+    return bytes;
 }
 
 File::Identity File::identity() const {
-    return isOpen() ? identityAt(descriptor_, "", AT_EMPTY_PATH, path_) : Identity();
+    Identity found;
+    if (isOpen()) told(os::identify(handle_, found), path_);
+    return found;
 }
 
 File::Identity File::identityOf(const std::string& path) {
-    return identityAt(AT_FDCWD, path.c_str(), 0, path);
+    Identity found;
+    told(os::identifyPath(path.c_str(), found), path);
+    return found;
 }
 
 int64_t File::readAt(int64_t position, std::span<std::byte> bytes) const {
     std::size_t done = 0;
     while (done < bytes.size()) {
-        const ssize_t count = ::pread(descriptor_, bytes.data() + done, bytes.size() - done,
-                                      position + static_cast<int64_t>(done));
-        if (count < 0 && errno == EINTR) continue;
+        const int64_t count =
+            os::readAt(handle_, position + static_cast<int64_t>(done), bytes.subspan(done));
         if (count < 0) {
             rdfailC(path_.c_str(), errno);
             return -1;
@@ -174,9 +150,8 @@ int64_t File::readAt(int64_t position, std::span<std::byte> bytes) const {
 bool File::writeAt(int64_t position, std::span<const std::byte> bytes) {
     std::size_t done = 0;
     while (done < bytes.size()) {
-        const ssize_t count = ::pwrite(descriptor_, bytes.data() + done, bytes.size() - done,
-                                       position + static_cast<int64_t>(done));
-        if (count < 0 && errno == EINTR) continue;
+        const int64_t count =
+            os::writeAt(handle_, position + static_cast<int64_t>(done), bytes.subspan(done));
         if (count <= 0) {
             wrfailC(path_.c_str(), count < 0 ? errno : ENOSPC);
             return false;
@@ -186,36 +161,19 @@ bool File::writeAt(int64_t position, std::span<const std::byte> bytes) {
     return true;
 }
 
-bool File::truncate(int64_t size) {
-    int result;
-    do {
-        result = ::ftruncate(descriptor_, size);
-    } while (result != 0 && errno == EINTR);
-    if (result != 0) wrfailC(path_.c_str(), errno);
-    return result == 0;
-}
+bool File::truncate(int64_t size) { return noted(os::resize(handle_, size), path_); }
 
-bool File::lock() {
-    int result;
-    do {
-        result = ::flock(descriptor_, LOCK_EX);
-    } while (result != 0 && errno == EINTR);
-    if (result != 0) wrfailC(path_.c_str(), errno);
-    return result == 0;
-}
+bool File::lock() { return noted(os::lock(handle_), path_); }
 
-void File::unlock() { ::flock(descriptor_, LOCK_UN); }
+void File::unlock() { os::unlock(handle_); }
 
 bool File::close() {
-    if (descriptor_ < 0) return true;
-    // The descriptor is gone even when close reports an interruption.
-    if (::close(std::exchange(descriptor_, -1)) == 0 || errno == EINTR) return true;
-    wrfailC(path_.c_str(), errno);
-    return false;
+    if (!isOpen()) return true;
+    return noted(os::closeHandle(std::exchange(handle_, os::kNoHandle)), path_);
 }
 
 bool makeDirectory(const std::string& path) {
-    if (::mkdir(path.c_str(), 0777) == 0) return true;
+    if (os::makeFolder(path.c_str())) return true;
     if (ofMachine(errno)) {
         wrfailC(path.c_str(), errno);
     } else {
@@ -225,7 +183,7 @@ bool makeDirectory(const std::string& path) {
 }
 
 bool haveDirectory(const std::string& path) {
-    if (isDirectory(path) || ::mkdir(path.c_str(), 0777) == 0) return true;
+    if (isDirectory(path) || os::makeFolder(path.c_str())) return true;
     const int failure = errno;
     // Another process may have been faster.
     if (isDirectory(path)) return true;
@@ -234,44 +192,43 @@ bool haveDirectory(const std::string& path) {
 }
 
 bool removeFile(const std::string& path) {
-    if (::unlink(path.c_str()) == 0) return true;
+    if (os::removeFile(path.c_str())) return true;
     if (ofMachine(errno)) wrfailC(path.c_str(), errno);
     return false;
 }
 
+void dropFile(const std::string& path) { os::removeFile(path.c_str()); }
+
+void dropDirectory(const std::string& path) { os::removeFolder(path.c_str()); }
+
 bool replaceFile(const std::string& path, std::span<const std::byte> bytes) {
     const std::string fresh = path + ".new";
     // Left over from a process that was stopped, or planted.
-    ::unlink(fresh.c_str());
+    dropFile(fresh);
     File file = File::create(fresh, File::Creation::kMustBeNew);
     if (!file.isOpen()) return false;
     // What cannot be brought to disk whole takes the place of nothing.
     const bool whole = file.writeAt(0, bytes) && file.close();
-    if (whole && ::rename(fresh.c_str(), path.c_str()) == 0) return true;
-    if (whole) wrfailC(path.c_str(), errno);
-    ::unlink(fresh.c_str());
+    if (whole && noted(os::moveOver(fresh.c_str(), path.c_str()), path)) return true;
+    dropFile(fresh);
     return false;
 }
 
 bool exists(const std::string& path) {
-    struct stat information {};
     // What the machine cannot tell is taken for something, so that nothing takes its place.
-    return told(::lstat(path.c_str(), &information) == 0, path) || failedToRead(errno);
+    return told(os::kindOf(path.c_str()) != os::Kind::kNothing, path) || failedToRead(errno);
 }
 
-bool isLink(const std::string& path) {
-    struct stat information {};
-    return ::lstat(path.c_str(), &information) == 0 && S_ISLNK(information.st_mode);
-}
+bool isLink(const std::string& path) { return os::kindOf(path.c_str()) == os::Kind::kLink; }
 
 bool isDirectory(const std::string& path) {
-    struct stat information {};
-    return told(::lstat(path.c_str(), &information) == 0, path) && S_ISDIR(information.st_mode);
+    const os::Kind kind = os::kindOf(path.c_str());
+    return told(kind != os::Kind::kNothing, path) && kind == os::Kind::kFolder;
 }
 
 bool leadsToDirectory(const std::string& path) {
-    struct stat information {};
-    return told(::stat(path.c_str(), &information) == 0, path) && S_ISDIR(information.st_mode);
+    const os::Kind kind = os::kindBehind(path.c_str());
+    return told(kind != os::Kind::kNothing, path) && kind == os::Kind::kFolder;
 }
 
 }  // namespace store

@@ -7,6 +7,8 @@
 #include <span>
 #include <string>
 
+#include "system/system.h"
+
 namespace store {
 
 class File {
@@ -26,20 +28,13 @@ class File {
     static File readWrite(const std::string& path);
     static File create(const std::string& path, Creation creation);
 
-    bool isOpen() const { return descriptor_ >= 0; }
+    bool isOpen() const { return handle_ != os::kNoHandle; }
     const std::string& path() const { return path_; }
     int64_t size() const;
     // What it was when it was opened, which costs nothing; -1 for one that create made.
     int64_t sizeWhenOpened() const { return opened_.size; }
     // Which file it is and how it was changed last: the same for a file that was left alone.
-    struct Identity {
-        uint64_t device = 0;
-        uint64_t node = 0;
-        int64_t madeSeconds = 0;  // both 0 where the file system does not keep it
-        int64_t madeNanoseconds = 0;
-        int64_t size = -1;
-        int64_t changedSeconds = 0;
-        int64_t changedNanoseconds = 0;
+    struct Identity : os::FileIdentity {
         bool known() const { return size >= 0; }
         // Whether it is the same file, changed or not.
         bool isSameFile(const Identity& other) const {
@@ -71,7 +66,7 @@ class File {
     void refuseIrregular();
     void noteUnlessOpen() const;
 
-    int descriptor_ = -1;
+    os::Handle handle_ = os::kNoHandle;
     std::string path_;
     Identity opened_;
 };
@@ -84,6 +79,9 @@ bool makeDirectory(const std::string& path);
 bool haveDirectory(const std::string& path);
 // False if there is no such file, or it cannot be removed.
 bool removeFile(const std::string& path);
+// The same for what may stay, without a note: a file, an empty directory.
+void dropFile(const std::string& path);
+void dropDirectory(const std::string& path);
 // Puts a file in the place of another at once. False, and the old file stays, if that failed.
 bool replaceFile(const std::string& path, std::span<const std::byte> bytes);
 bool exists(const std::string& path);

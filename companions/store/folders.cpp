@@ -1,35 +1,16 @@
 #include "companions/store/folders.h"
 
-#include <fcntl.h>
-#include <sys/file.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
-#include <cstdio>
-#include <cstdlib>
-#include <filesystem>
 #include <utility>
 
-#include "companions/store/file.h"
 #include "host/qxbase/failures.h"
 
 namespace store {
 
 namespace {
 
-int openFolder(const std::string& folder, int flags) {
-    const char* path = folder.empty() ? "." : folder.c_str();
-    return ::open(path, O_RDONLY | O_DIRECTORY | O_CLOEXEC | flags);
-}
-
-int lockWhole(int descriptor, int how) {
-    int result;
-    do {
-        result = ::flock(descriptor, how);
-    } while (result != 0 && errno == EINTR);
-    return result;
-}
+const char* orHere(const std::string& folder) { return folder.empty() ? "." : folder.c_str(); }
 
 bool noted(bool result, const std::string& path) {
     if (!result) wrfailC(path.c_str(), errno);
@@ -40,71 +21,54 @@ bool noted(bool result, const std::string& path) {
 
 FolderLock FolderLock::wait(const std::string& folder) {
     FolderLock lock;
-    lock.descriptor_ = openFolder(folder, 0);
-    if (lock.descriptor_ >= 0 && lockWhole(lock.descriptor_, LOCK_EX) == 0) return lock;
+    lock.handle_ = os::openFolder(orHere(folder), true);
+    if (lock.held() && os::lock(lock.handle_)) return lock;
     wrfailC(folder.c_str(), errno);
     return {};
 }
 
 FolderLock FolderLock::tryNow(const std::string& folder) {
     FolderLock lock;
-    lock.descriptor_ = openFolder(folder, O_NOFOLLOW);
-    if (lock.descriptor_ >= 0 && lockWhole(lock.descriptor_, LOCK_EX | LOCK_NB) == 0) return lock;
+    lock.handle_ = os::openFolder(orHere(folder), false);
+    if (lock.held() && os::tryLock(lock.handle_)) return lock;
     return {};
 }
 
 FolderLock::FolderLock(FolderLock&& other) noexcept
-    : descriptor_(std::exchange(other.descriptor_, -1)) {}
+    : handle_(std::exchange(other.handle_, os::kNoHandle)) {}
 
 FolderLock& FolderLock::operator=(FolderLock&& other) noexcept {
-    std::swap(descriptor_, other.descriptor_);
+    std::swap(handle_, other.handle_);
     return *this;
 }
 
 FolderLock::~FolderLock() {
-    if (descriptor_ >= 0) ::close(descriptor_);
+    if (held()) os::closeHandle(handle_);
 }
 
 std::vector<std::string> namesIn(const std::string& folder) {
     std::vector<std::string> names;
-    std::error_code failure;
-    const std::filesystem::path path = folder.empty() ? "." : folder;
-    for (std::filesystem::directory_iterator each(path, failure), end; !failure && each != end;
-         each.increment(failure)) {
-        names.push_back(each->path().filename().string());
-    }
+    os::namesIn(orHere(folder), names);
     std::sort(names.begin(), names.end());
     return names;
 }
 
 std::string makeUniqueFolder(const std::string& prefix) {
-    std::string path = prefix + "XXXXXX";
-    return noted(::mkdtemp(path.data()) != nullptr, prefix) ? path : std::string();
+    std::string path = os::makeUniqueFolder(prefix);
+    noted(!path.empty(), prefix);
+    return path;
 }
 
 bool moveUnlessThere(const std::string& from, const std::string& to) {
-    if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) {
-        return true;
-    }
-    // A file system that cannot be asked so. Whoever makes something of this name between the two
-    // calls loses it only if it is an empty folder or a file.
-    if (errno == EINVAL || errno == ENOSYS) {
-        if (!exists(to)) return noted(::rename(from.c_str(), to.c_str()) == 0, to);
-        errno = EEXIST;
-    }
+    if (os::moveUnlessThere(from.c_str(), to.c_str())) return true;
     if (errno != EEXIST) wrfailC(to.c_str(), errno);
     return false;
 }
 
 bool moveOver(const std::string& from, const std::string& to) {
-    return noted(::rename(from.c_str(), to.c_str()) == 0, to);
+    return noted(os::moveOver(from.c_str(), to.c_str()), to);
 }
 
-bool removeTree(const std::string& path) {
-    std::error_code failure;
-    std::filesystem::remove_all(path, failure);
-    if (failure) wrfailC(path.c_str(), failure.value());
-    return !failure;
-}
+bool removeTree(const std::string& path) { return noted(os::removeTree(path.c_str()), path); }
 
 }  // namespace store

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "system/system.h"
+
 namespace store {
 
 // The lock on a folder, for as long as it lives. It is the kernel's, and ends with its process.
@@ -19,10 +21,10 @@ class FolderLock {
     FolderLock& operator=(FolderLock&& other) noexcept;
     ~FolderLock();
 
-    bool held() const { return descriptor_ >= 0; }
+    bool held() const { return handle_ != os::kNoHandle; }
 
   private:
-    int descriptor_ = -1;
+    os::Handle handle_ = os::kNoHandle;
 };
 
 // The names in a folder by their bytes, "." and ".." not among them; none if it cannot be read.

@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "system/system.h"
+
 namespace store {
 
 namespace {
@@ -103,28 +105,37 @@ std::string encodeName(std::string_view name) {
 }
 
 std::string joinPath(std::string_view directory, std::string_view name) {
-    if (directory.empty() || (!name.empty() && name.front() == '/')) return std::string(name);
+    if (directory.empty() || os::isAbsolute(name)) return std::string(name);
     std::string path(directory);
-    if (path.back() != '/') path += '/';
+    if (!os::isSeparator(path.back())) path += '/';
     return path.append(name);
 }
 
 std::string_view plainPath(std::string_view path) {
-    while (path.size() > 1 && path.back() == '/') path.remove_suffix(1);
+    while (path.size() > 1 && os::isSeparator(path.back())) path.remove_suffix(1);
     return path;
 }
 
+namespace {
+
+// Where the last name of a plain path begins.
+std::size_t startOfName(std::string_view path) {
+    std::size_t start = path.size();
+    while (start > 0 && !os::isSeparator(path[start - 1])) --start;
+    return start;
+}
+
+}  // namespace
+
 std::string_view directoryPart(std::string_view path) {
     path = plainPath(path);
-    const std::size_t separator = path.find_last_of('/');
-    if (separator == std::string_view::npos) return {};
-    return separator == 0 ? path.substr(0, 1) : plainPath(path.substr(0, separator));
+    const std::size_t start = startOfName(path);
+    return start <= 1 ? path.substr(0, start) : plainPath(path.substr(0, start));
 }
 
 std::string_view namePart(std::string_view path) {
     path = plainPath(path);
-    const std::size_t separator = path.find_last_of('/');
-    return separator == std::string_view::npos ? path : path.substr(separator + 1);
+    return path.substr(startOfName(path));
 }
 
 std::string memberPath(std::string_view dataset, int32_t code, std::string_view subclass) {

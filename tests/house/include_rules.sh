@@ -10,10 +10,11 @@ while read -r room allowed; do
     [[ -n $lines ]] || continue
     if grep -vE "\"($room/|$allowed)" <<<"$lines"; then broken=1; fi
 done <<'TABLE'
+system            -
 host              -
 include           -
-companions/store  host/
-companions/qxbase    host/|companions/store/
+companions/store  host/|system/
+companions/qxbase    host/|system/|companions/store/
 companions/qxfeat    host/|companions/store/
 companions/qxgridio  host/|companions/store/
 datasets          host/
@@ -24,7 +25,7 @@ tin               host/|stream/
 raster            host/|stream/
 symbols           host/|stream/
 plots             host/|stream/
-entry             host/|stream/|(include/)?intakedl\.h|[a-z]+/sections\.h
+entry             host/|system/|stream/|(include/)?intakedl\.h|[a-z]+/sections\.h
 containers        -
 crs               -
 topology          -
