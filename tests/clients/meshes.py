@@ -12,8 +12,9 @@ def expected(records):
     nodes = {n["number"]: ((n["x"], n["y"], n["z"]), n.get("id")) for n in records["tinNode"]
              if n["z"] is not None}
     bits = records["tinMask"][0]["bits"] if "tinMask" in records else ""
+    hides = "1" in bits
     triangles = [t["nodes"] for t in records["tinTriangle"]
-                 if bits[t["number"] - 1:t["number"]] != "0" and all(n in nodes for n in t["nodes"])]
+                 if (not hides or bits[t["number"] - 1:t["number"]] == "1") and all(n in nodes for n in t["nodes"])]
     hull = [h["value"] for h in records.get("tinHull", [])]
     edges = [(a, b) for a, b in zip(hull, hull[1:] + hull[:1]) if a in nodes and b in nodes]
     return nodes, triangles, edges

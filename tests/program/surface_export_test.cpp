@@ -58,6 +58,31 @@ TEST_F(SurfaceExport, HasWhatIsShownAndTellsWhatIsNot) {
     EXPECT_NE(fileBytes(path("o.ply")).find("comment heights: Zunits FEET\n"), std::string::npos);
 }
 
+TEST_F(SurfaceExport, WhatLiesBehindTheMaskIsHidden) {
+    const struct {
+        std::string flags;
+        int shown;
+    } cases[] = {{"", 40},
+                 {std::string(40, '0'), 40},
+                 {"01" + std::string(38, '0'), 1},
+                 {std::string(39, '0') + '1', 1}};
+    for (const auto& each : cases) {
+        std::string text =
+            "EXP  0 X\nENV  2\n" + integers({3, 40, 0}) + "0\n?\n?\n" + reals(2, {0, 0, 2, 1, 0}) +
+            '\n' + reals(2, {0, 0, 1, 4, 6}) + '\n' + kEnd + "TMK  2\n" +
+            integers({static_cast<int>(each.flags.size()), each.flags.empty() ? 0 : 1}) + '\n' +
+            (each.flags.empty() ? "" : each.flags + '\n') + kEnd + "NXY  2\n" +
+            reals(2, {0, 0, 1, 0}) + '\n' + reals(2, {1, 1}) + '\n' + kEnd + "NZ   2\n" +
+            reals(2, {1, 2, 3}) + '\n' + kEnd + "NOD  2\n";
+        for (int line = 0; line < 20; ++line) text += integers({1, 2, 3, 1, 2, 3}) + '\n';
+        std::filesystem::remove_all(path("DS"));
+        std::filesystem::remove_all(path("info"));
+        given(text + kEnd + "EOS\n");
+        ASSERT_EQ(import(), 1);
+        EXPECT_EQ(std::ranges::count(body({"--quiet"}), '\n'), 3 + each.shown) << each.flags;
+    }
+}
+
 TEST_F(SurfaceExport, LayersAndARectangleChoose) {
     EXPECT_EQ(body({"--layer", "break_lines"}), "0 0 1 11\n1 1 3 13\n0 1 1\n");
     EXPECT_EQ(body({"--layer", "triangles", "--where-within", "1.5,0.9,9,9"}),

@@ -80,7 +80,7 @@ Classes::Classes(const datasets::TablePlace& place, const std::string& item, int
         ++total;
         areNumbers = areNumbers && key.text.empty();
     }
-    legend_.title = item;
+    legend_.title = toUtf8(item);
     const bool hasAll = total == static_cast<int64_t>(keys_.size()) - firstRecord + 1;
     if (areNumbers && counts.size() > kMostClasses) {
         takeRamp(counts, total);

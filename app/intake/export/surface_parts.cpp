@@ -30,13 +30,18 @@ datasets::Box boxOf(std::span<const Spot> spots) {
     return box;
 }
 
+Mask::Mask(const std::string& path) : words_(datasets::mask(path)) {
+    for (const uint32_t word : datasets::mask(path)) hides_ = hides_ || word != 0;
+}
+
 bool Mask::shows() {
+    if (!hides_) return true;
     if (bit_ < 0) {
         bit_ = 31;
         there_ = there_ && words_.next();
     }
     const int at = bit_--;
-    return !there_ || (words_.current() >> at & 1U) != 0;
+    return there_ && (words_.current() >> at & 1U) != 0;
 }
 
 std::vector<std::pair<int32_t, int32_t>> breakLinesOf(const std::string& path) {

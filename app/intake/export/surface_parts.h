@@ -32,15 +32,17 @@ bool isClockwise(const Spot& a, const Spot& b, const Spot& c);
 // The rectangle around places, as x and y have it.
 datasets::Box boxOf(std::span<const Spot> spots);
 
-// A flag a triangle; those behind the mask's end are shown.
+// A bit a triangle: one that is set shows it. What lies behind the last bit that is set is not
+// kept, and so is 0; but a mask without any set bit hides nothing.
 class Mask {
   public:
-    explicit Mask(const std::string& path) : words_(datasets::mask(path)) {}
+    explicit Mask(const std::string& path);
     // Asked in order.
     bool shows();
 
   private:
     datasets::Range<datasets::SingleCursor<uint32_t>> words_;
+    bool hides_ = false;
     bool there_ = true;
     int bit_ = -1;
 };
