@@ -6,7 +6,7 @@ packages_for() {
         tests) echo pkg-config python3 groff-base ;;
         fuzz) echo clang libclang-rt-14-dev llvm ;;
         coverage) echo gcovr ;;
-        clients) echo python3 sqlite3 libsqlite3-mod-spatialite proj-bin ;;
+        clients) echo python3 sqlite3 libsqlite3-mod-spatialite proj-bin assimp-utils ;;
         npm) echo nodejs npm ;;
         format) echo clang-format git ;;
         tidy) echo clang-tidy ;;

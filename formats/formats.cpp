@@ -4,7 +4,9 @@
 
 #include "formats/csv/csv.h"
 #include "formats/geojson/geojson.h"
+#include "formats/gltf/gltf.h"
 #include "formats/names.h"
+#include "formats/ply/ply.h"
 
 namespace formats {
 
@@ -54,6 +56,30 @@ std::span<const Format> formats() {
          .wgs84 = false,
          .maker = &csv::tables(),
          .module = {}},
+        {.name = "ply",
+         .title = "PLY",
+         .endings = ".ply",
+         .geometries = false,
+         .rasters = false,
+         .texts = true,
+         .manyLayers = true,
+         .folders = false,
+         .wgs84 = false,
+         .maker = nullptr,
+         .module = {},
+         .meshes = &ply::writer()},
+        {.name = "glb",
+         .title = "glTF 2.0, binary",
+         .endings = ".glb",
+         .geometries = false,
+         .rasters = false,
+         .texts = true,
+         .manyLayers = true,
+         .folders = false,
+         .wgs84 = false,
+         .maker = nullptr,
+         .module = {},
+         .meshes = &gltf::writer()},
     };
     return table;
 }

@@ -5,6 +5,7 @@
 #include <span>
 #include <string_view>
 
+#include "formats/mesh_writer.h"
 #include "formats/writer.h"
 
 namespace formats {
@@ -26,6 +27,8 @@ struct Format {
     // How it is made: by a maker at hand, or else by a module of this name.
     const WriterMaker* maker;
     std::string_view module;
+    // A format of surfaces has this instead, and no layers.
+    const MeshWriter* meshes = nullptr;
 };
 
 std::span<const Format> formats();

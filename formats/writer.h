@@ -141,6 +141,9 @@ struct Options {
 
     // CSV: geometries as well-known text in a last column.
     bool wellKnownText = false;
+
+    // PLY: numbers as text.
+    bool ascii = false;
 };
 
 // Makes writers of one format. What a module of a format exports is a constant one of these.

@@ -13,6 +13,8 @@ import subprocess
 import sys
 import tempfile
 
+import meshes
+
 HERE = os.path.dirname(os.path.abspath(__file__))
 KINDS = ("Coverage", "TIN", "Info Datafile")
 INTAKE, MODULES, FOLDERS = sys.argv[1], sys.argv[2], sys.argv[3:]
@@ -191,6 +193,7 @@ def check_sample(sample, folder):
                  if each.endswith("." + kind)]
         if files:
             compare(name, wanted, read(kind, *files), kind)
+    meshes.check(sys.modules[__name__], name, dataset, records)
 
 
 def main():

@@ -25,12 +25,15 @@ import xml.etree.ElementTree as tree
 space = sys.argv[1]
 
 
-def elements(name):
-    count = {}
-    for element in tree.parse('%s/%s.svg' % (space, name)).iter():
-        tag = element.tag.rpartition('}')[2]
-        count[tag] = count.get(tag, 0) + 1
-    return count
+def drawn(name):
+    return [(element.tag.rpartition('}')[2], element.attrib)
+            for element in tree.parse('%s/%s.svg' % (space, name)).iter()]
+
+
+def count(name, tag, **attributes):
+    return sum(each == tag and all(found.get(key.replace('_', '-')) == value
+                                   for key, value in attributes.items())
+               for each, found in drawn(name))
 
 
 def records(name, wanted):
@@ -39,12 +42,14 @@ def records(name, wanted):
 
 
 for name in ('wold', 'wcr'):
-    drawn = elements(name)
     arcs = records(name, lambda o: o['class'] == 'arc' and len(o['vertices']) > 1)
     texts = records(name, lambda o: o['class'] == 'annotation' and o['points'] and o['text'].strip())
-    assert drawn.get('path', 0) == len(arcs) > 0, (name, drawn, len(arcs))
-    assert drawn.get('text', 0) == len(texts), (name, drawn, len(texts))
-assert elements('jkstk').get('image') == 1, elements('jkstk')
+    # All but the one around the others.
+    polygons = records(name, lambda o: o['class'] == 'polygon' and o['source'] == 'PAL')[1:]
+    assert count(name, 'path', stroke_width='0.80', stroke='#465a78') == len(arcs) > 0, name
+    assert count(name, 'path', fill_rule='evenodd') == len(polygons) > 0, name
+    assert count(name, 'text', fill='#0047ab') == len(texts), name
+assert count('jkstk', 'image') == 1
 fills = records('wmap', lambda o: o['class'] == 'plotRecord' and o['code'] == 12)
-assert elements('wmap').get('path', 0) >= len(fills) > 0, (elements('wmap'), len(fills))
+assert count('wmap', 'path') >= len(fills) > 0, len(fills)
 PYTHON

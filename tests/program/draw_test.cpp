@@ -160,15 +160,106 @@ TEST_F(Draw, AStackIsItsFirstGridAndPngIsOne) {
     EXPECT_EQ(fileBytes(path("STACK.png")).substr(0, 8), "\x89PNG\r\n\x1A\n");
 }
 
-TEST_F(Draw, WhatHasNoPictureIsRefusedWithALine) {
+// A square with a hole, polygon 2, beside another, polygon 3, whose arcs run around them.
+constexpr char kPolygons[] =
+    "EXP  0 X\nARC  2\n"
+    "         1         1         1         1         2         1         5\n"
+    " 0.0000000E+00 0.0000000E+00 0.0000000E+00 4.0000000E+00\n"
+    " 4.0000000E+00 4.0000000E+00 4.0000000E+00 0.0000000E+00\n"
+    " 0.0000000E+00 0.0000000E+00\n"
+    "         2         2         2         2         1         2         4\n"
+    " 1.0000000E+00 1.0000000E+00 1.0000000E+00 2.0000000E+00\n"
+    " 2.0000000E+00 2.0000000E+00 1.0000000E+00 1.0000000E+00\n"
+    "         3         3         3         3         3         1         4\n"
+    " 5.0000000E+00 0.0000000E+00 5.0000000E+00 4.0000000E+00\n"
+    " 8.0000000E+00 0.0000000E+00 5.0000000E+00 0.0000000E+00\n";
+// A table of the polygons: a name, and a number kept as text. The first record is of the outside.
+std::string tableOf(const std::vector<std::string>& records) {
+    char line[100];
+    std::snprintf(line, sizeof line, "%-32s  %4d%4d%4d%10d\n", "DS.PAT", 2, 2, 0,
+                  static_cast<int>(records.size()));
+    std::string text = "IFO  2\n" + std::string(line);
+    for (const auto& [name, start, type] : {std::tuple("NAME", 1, 2), {"SIZE", 9, 3}}) {
+        std::snprintf(line, sizeof line, "%-16s%3d-1%4d*-1%4d%2d%2d*-1  -1  -1-1%-16s%4d-\n", name,
+                      8, start, 8, -1, type, "", start / 8 + 1);
+        text += line;
+    }
+    for (const std::string& each : records) text += each + '\n';
+    return text + "EOI\n";
+}
+
+TEST_F(Draw, PolygonsAreFilledAndColouredByAnItem) {
+    const std::string projection =
+        "PRJ  2\nProjection    UTM\n~\nZone          31\n~\nDatum         WGS84\n~\n"
+        "Units         METERS\n~\nSpheroid      WGS84\n~\nParameters\n~\nEOP\n";
+    given(kPolygons + std::string(kClose) + projection +
+          tableOf({"outside         ", "wood           7", "a<b             "}) + "EOS\n");
+    ASSERT_EQ(import("DS"), 1);
+    const std::string plain = drawn("DS");
+    // The hole is a second ring of one path; a map of eight metres has a bar of one.
+    const std::size_t filled = plain.find("Z\" fill-rule=\"evenodd\"");
+    const std::string rings = plain.substr(plain.rfind('<', filled), filled);
+    EXPECT_EQ(std::count(rings.begin(), rings.begin() + rings.find('"', 10), 'M'), 2) << rings;
+    EXPECT_EQ(elementsOf(plain), (Elements{{"svg", 1}, {"rect", 1}, {"path", 7}, {"text", 1}}));
+    EXPECT_NE(plain.find(">1 m</text>"), std::string::npos);
+    const auto by = [&](const std::string& item) {
+        const Outcome outcome = run({"draw", "@DS", "@by.svg", "--colour-by", item});
+        EXPECT_EQ(outcome.status, 0) << outcome.errors;
+        std::string texts;
+        const std::string svg = fileBytes(path("by.svg"));
+        for (std::size_t place = 0; (place = svg.find("</text>", place + 1)) != svg.npos;) {
+            const std::size_t start = svg.rfind('>', place) + 1;
+            texts += svg.substr(start, place - start) + '|';
+        }
+        return texts;
+    };
+    EXPECT_EQ(by("NAME"), "1 m|NAME|a&lt;b|wood|");
+    EXPECT_EQ(by("SIZE"), "1 m|SIZE|7|no value|");
+    const Outcome missing = run({"draw", "@DS", "@by.svg", "--colour-by", "size"});
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_NE(missing.errors.find("has no item size; there are NAME, SIZE"), std::string::npos);
+    // Records of polygons that are not there count too: twenty names, twenty sizes.
+    std::vector<std::string> records = {"outside         "};
+    for (int each = 0; each < 20; ++each) {
+        records.push_back(std::string("name") + static_cast<char>('a' + each) + "     " +
+                          std::to_string(100 + each * each));
+        records.back().insert(5, 16 - records.back().size(), ' ');
+    }
+    std::filesystem::remove_all(path("DS"));
+    std::filesystem::remove_all(path("info"));
+    given(kPolygons + std::string(kClose) + tableOf(records) + "EOS\n");
+    ASSERT_EQ(import("DS"), 1);
+    EXPECT_EQ(by("NAME"), "NAME|namea|nameb|namec|named|namee|namef|nameg|nameh|namei|all others|");
+    EXPECT_EQ(by("SIZE"),
+              "SIZE|100 \u2013 104|109 \u2013 125|136 \u2013 164|181 \u2013 221|244 \u2013 296|"
+              "325 \u2013 389|424 \u2013 461|");
+}
+
+TEST_F(Draw, SymbolSetsAreTablesWithTheColoursThatTheyTell) {
     given(
-        "EXP  0 X\nCMK  2\n         1         2         3         4         5\n"
-        " 6.0000000E+00 7.0000000E+00\nEOS\nEOS\n");
-    ASSERT_EQ(import("MARKS"), 1);
-    const Outcome kind = run({"draw", "@MARKS", "@M.svg", "--kind", "Markerset File"});
+        "EXP  0 X\nCSH  2\n         1         2         3         4         5         6\n"
+        " 7.0000000E+00 8.0000000E+00 9.5000000E+00\n"
+        " 1.0000000E+01 1.1000000E+01 1.2000000E+01-1.3000000E+01\nEOS\nEOS\n");
+    ASSERT_EQ(import("SHADES"), 1);
+    const auto sheet = [&](const std::string& kind) {
+        EXPECT_EQ(run({"draw", "@SHADES", "@S.svg", "--kind", kind}).status, 0);
+        return fileBytes(path("S.svg"));
+    };
+    const std::string shades = sheet("Shadeset File");
+    EXPECT_EQ(elementsOf(shades),
+              (Elements{{"svg", 1}, {"rect", 1}, {"path", 3}, {"text", 1 + 2 * 13}}));
+    EXPECT_NE(shades.find(">9.5</text>"), std::string::npos);
+    EXPECT_NE(shades.find("Z\" fill=\"#008b8b\""), std::string::npos);
+    EXPECT_EQ(elementsOf(sheet("Lineset File"))["text"], 1 + 2 * 10);
+}
+
+TEST_F(Draw, WhatHasNoPictureIsRefusedWithALine) {
+    given("EXP  0 X\nASC  2\nfirst line\nEOA\nEOS\n");
+    ASSERT_EQ(import("WORDS"), 1);
+    const Outcome kind = run({"draw", "@WORDS", "@M.svg", "--kind", "Text File"});
     EXPECT_EQ(kind.status, 1);
-    EXPECT_EQ(kind.errors, "intake: " + path("MARKS") + ": a Markerset File has no picture\n");
-    const Outcome ending = run({"draw", "@MARKS", "@M.gif", "--kind", "Markerset File"});
+    EXPECT_EQ(kind.errors, "intake: " + path("WORDS") + ": a Text File has no picture\n");
+    const Outcome ending = run({"draw", "@WORDS", "@M.gif", "--kind", "Text File"});
     EXPECT_EQ(ending.status, 1);
     EXPECT_EQ(ending.errors,
               "intake: " + path("M.gif") + ": the name of a picture ends in .svg or .png\n");

@@ -8,16 +8,18 @@ namespace program {
 
 void addDraw(CLI::App& app, Console& console, int& status) {
     auto* command = app.add_subcommand("draw", "Draw a picture of a dataset");
-    auto path = std::make_shared<std::string>();
-    auto picture = std::make_shared<std::string>();
-    auto kind = std::make_shared<std::string>();
-    command->add_option("DATASET", *path, "The path that was imported to")->required();
-    command->add_option("OUT", *picture, "The picture: a name that ends in .svg or .png")
+    auto options = std::make_shared<DrawOptions>();
+    command->add_option("DATASET", options->dataset, "The path that was imported to")->required();
+    command->add_option("OUT", options->picture, "The picture: a name that ends in .svg or .png")
         ->required();
-    addKind(*command, *kind);
+    command
+        ->add_option("--colour-by", options->colourBy,
+                     "Colour the polygons of a coverage by an item of their table")
+        ->type_name("ITEM");
+    addKind(*command, options->kind);
     command->callback([=, &console, &status] {
-        finishChanges(workspaceOf(*path), console);
-        status = reading(console, [&] { draw(*path, *kind, *picture); });
+        finishChanges(workspaceOf(options->dataset), console);
+        status = reading(console, [&] { draw(*options); });
     });
 }
 

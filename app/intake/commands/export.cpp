@@ -50,13 +50,15 @@ void addExportOptions(CLI::App& command, const std::shared_ptr<ExportOptions>& o
         "Leave out columns that name bytes of other columns once more");
     command.add_flag("--as-is", options->asIs, "Coordinates into GeoJSON without turning them");
     command.add_flag("--wkt", options->wellKnownText, "Geometries into CSV, as well-known text");
+    command.add_flag("--ascii", options->ascii, "PLY as text");
     command.add_flag("--force", options->replace, "Replace OUT");
     command.add_flag("--quiet", options->quiet, "Tell errors only");
     command.add_flag("--json", options->json, "Print the report as one JSON object");
 }
 
 constexpr char kOutput[] =
-    "The file to make, which ends in .gpkg, .geojson, .geojsonl or .csv; or a folder for CSV";
+    "The file to make, which ends in .gpkg, .geojson, .geojsonl, .csv, .ply or .glb; or a folder "
+    "for CSV";
 
 }  // namespace
 

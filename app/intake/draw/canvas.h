@@ -36,6 +36,8 @@ class Canvas {
     virtual void line(std::span<const Place> places, Colour colour, double width) = 0;
     // Fills the area inside the places.
     virtual void area(std::span<const Place> places, Colour colour) = 0;
+    // Fills what lies inside an odd number of the rings.
+    virtual void rings(std::span<const std::vector<Place>> rings, Colour colour) = 0;
     virtual void dot(Place place, double radius, Colour colour) = 0;
     // A text in UTF-8 with the left end of its baseline at a place, turned counter-clockwise.
     virtual void text(Place place, double height, double degrees, std::string_view text,

@@ -1,8 +1,11 @@
-// A coverage: its arcs, labels and annotation.
+// A coverage: its polygons, arcs, labels and annotation.
 #include <numbers>
+#include <stdexcept>
 
+#include "app/intake/draw/classes.h"
 #include "app/intake/draw/draw.h"
 #include "app/intake/draw/palette.h"
+#include "app/intake/draw/polygons.h"
 #include "app/intake/utf8.h"
 #include "datasets/annotation_lines.h"
 #include "datasets/coverage.h"
@@ -44,13 +47,48 @@ Extent extentOfFeatures(const std::string& coverage) {
     return extent;
 }
 
+constexpr Colour kArea = {243, 239, 226};
+
+void drawPolygons(Canvas& canvas, const View& view, const std::string& coverage,
+                  const Classes* classes) {
+    std::vector<std::vector<Place>> rings;
+    eachPolygon(coverage, [&](int32_t number, const topology::Shape& shape) {
+        rings.clear();
+        const auto take = [&](std::span<const topology::Point> points) {
+            rings.push_back(view.places({&points.front().x, points.size() * 2}));
+        };
+        for (std::size_t ring = 0; ring < shape.rings(); ++ring) take(shape.ring(ring));
+        // A ring that crosses itself or lies wrong is no polygon, and is seen all the same.
+        for (std::size_t line = 0; line < shape.lines(); ++line) {
+            const std::span<const topology::Point> points = shape.line(line);
+            if (points.size() > 3 && points.front() == points.back()) take(points);
+        }
+        if (!rings.empty()) canvas.rings(rings, classes ? classes->colour(number) : kArea);
+    });
+}
+
+// The records of the table are those of the polygons, and the first is of what lies around them.
+std::shared_ptr<const Classes> classesOf(const std::string& coverage, const std::string& item) {
+    if (item.empty()) return nullptr;
+    for (const TablePlace& place : tablesOf(coverage)) {
+        if (place.name.ends_with(".PAT") && hasPolygons(coverage)) {
+            return std::make_shared<const Classes>(place, item, 2);
+        }
+    }
+    throw std::runtime_error(coverage + ": has no polygons with a table to colour them by");
+}
+
 }  // namespace
 
-Picture pictureOfCoverage(const Dataset& dataset) {
+Picture pictureOfCoverage(const Dataset& dataset, const std::string& colourBy) {
     Picture picture;
     const std::string coverage = dataset.path;
+    const std::shared_ptr<const Classes> classes = classesOf(coverage, colourBy);
+    if (classes) picture.legend = classes->legend();
+    picture.units = unitsOf(coverage);
     picture.extent = extentOfFeatures(coverage);
-    picture.draw = [coverage](Canvas& canvas, const View& view) {
+    picture.draw = [=](Canvas& canvas, const View& view) {
+        drawPolygons(canvas, view, coverage, classes.get());
         for (const Arc& arc : arcs(coverage)) {
             const std::vector<Place> places = view.places(coordinates(arc.vertices));
             if (places.size() > 1) canvas.line(places, lineColour(10), 0.8);

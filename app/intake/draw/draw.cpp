@@ -27,47 +27,87 @@ struct Kind {
     Picture (*picture)(const Dataset& dataset);
 };
 
-// One line a kind.
+// One line a kind that has one picture; a coverage has as many as it has items.
 // clang-format off
 constexpr Kind kKinds[] = {
-    {"Coverage", pictureOfCoverage},
     {"Plot File", pictureOfPlot},
     {"Map", pictureOfMap},
     {"TIN", pictureOfTin},
     {"Lattice", pictureOfRaster},
     {"Grid", pictureOfRaster},
     {"Stack", pictureOfStack},
+    {"Lineset File", pictureOfSymbolSet},
+    {"Markerset File", pictureOfSymbolSet},
+    {"Shadeset File", pictureOfSymbolSet},
+    {"Textset File", pictureOfSymbolSet},
 };
 // clang-format on
 
-Picture pictureOf(const Dataset& dataset) {
+Picture pictureOf(const Dataset& dataset, const std::string& colourBy) {
+    if (dataset.kind == "Coverage") return pictureOfCoverage(dataset, colourBy);
+    if (!colourBy.empty()) {
+        throw std::runtime_error(dataset.path + ": a " + dataset.kind +
+                                 " has no polygons to colour");
+    }
     for (const Kind& kind : kKinds) {
         if (dataset.kind == kind.label) return kind.picture(dataset);
     }
     noPicture(dataset);
 }
 
+// A page with the picture at its top left, the legend beside and the scale bar below it.
+struct Page {
+    Page(const Picture& picture, const View& view)
+        : isSheet(picture.pageWidth > 0),
+          width(isSheet ? picture.pageWidth : view.width()),
+          height(isSheet ? picture.pageHeight : view.height()),
+          bar(picture.units, width, view.scale()) {
+        if (bar) {
+            barPlace = {View::kMargin, height};
+            height += ScaleBar::kHeight;
+            width = std::max(width, bar.width() + 2 * View::kMargin);
+        }
+        if (!picture.legend.entries.empty()) {
+            legendPlace = {width, View::kMargin};
+            width += picture.legend.width() + View::kMargin;
+            height = std::max(height, picture.legend.height() + 2 * View::kMargin);
+        }
+    }
+
+    bool isSheet;
+    double width;
+    double height;
+    ScaleBar bar;
+    Place barPlace;
+    Place legendPlace;
+};
+
 void drawTo(const std::string& file, bool svg, const Picture& picture) {
     const View view(picture.extent);
+    const Page page(picture, view);
     std::ofstream stream;
     if (svg) {
         stream.open(file, std::ios::binary | std::ios::trunc);
         if (!stream) throw std::runtime_error(file + ": could not be made");
     }
-    const auto canvas = svg ? svgCanvas(stream, view.width(), view.height())
-                            : loadModule<Pictures>("png").png(file, view.width(), view.height());
+    const auto canvas = svg ? svgCanvas(stream, page.width, page.height)
+                            : loadModule<Pictures>("png").png(file, page.width, page.height);
     picture.draw(*canvas, view);
+    page.bar.draw(*canvas, page.barPlace);
+    picture.legend.draw(*canvas, page.legendPlace);
     canvas->finish();
 }
 
 }  // namespace
 
-void draw(const std::string& path, const std::string& kind, const std::string& picture) {
+void draw(const DrawOptions& options) {
+    const std::string& picture = options.picture;
     const bool svg = picture.ends_with(".svg");
     if (!svg && !picture.ends_with(".png")) {
         throw std::runtime_error(picture + ": the name of a picture ends in .svg or .png");
     }
-    const Picture content = pictureOf(datasets::findDataset(path, kind));
+    const Picture content =
+        pictureOf(datasets::findDataset(options.dataset, options.kind), options.colourBy);
     const std::string unfinished = picture + ".part";
     try {
         drawTo(unfinished, svg, content);

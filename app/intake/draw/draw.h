@@ -6,6 +6,8 @@
 #include <string>
 
 #include "app/intake/draw/canvas.h"
+#include "app/intake/draw/legend.h"
+#include "app/intake/draw/scale_bar.h"
 #include "app/intake/draw/view.h"
 #include "datasets/workspace.h"
 
@@ -13,22 +15,36 @@ namespace program {
 
 using datasets::Dataset;
 
-// Draws the dataset at a path to a file whose name ends in .svg or .png; an existing file is
-// replaced when the picture is whole. Throws a std::runtime_error whose text is for the user.
-void draw(const std::string& path, const std::string& kind, const std::string& picture);
+struct DrawOptions {
+    std::string dataset;
+    std::string kind;      // as --kind has it
+    std::string picture;   // ends in .svg or .png
+    std::string colourBy;  // an item of the polygons' table; empty: all polygons alike
+};
+
+// An existing file is replaced when the picture is whole. Throws a std::runtime_error whose text is
+// for the user.
+void draw(const DrawOptions& options);
 
 // A picture before its page: how much there is to see, and what draws it.
 struct Picture {
     Extent extent;
     std::function<void(Canvas& canvas, const View& view)> draw;
+    // On strips below and beside it, where there is something to say.
+    MapUnits units = {};
+    Legend legend = {};
+    // Of a page in pixels that is no map; then the view has no meaning.
+    double pageWidth = 0;
+    double pageHeight = 0;
 };
 
 // One routine for each kind that can be drawn, each in its own file.
 Picture pictureOfPlot(const Dataset& dataset);
 Picture pictureOfMap(const Dataset& dataset);
-Picture pictureOfCoverage(const Dataset& dataset);
+Picture pictureOfCoverage(const Dataset& dataset, const std::string& colourBy);
 Picture pictureOfRaster(const Dataset& dataset);
 Picture pictureOfTin(const Dataset& dataset);
+Picture pictureOfSymbolSet(const Dataset& dataset);
 
 }  // namespace program
 

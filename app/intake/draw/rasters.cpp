@@ -104,10 +104,11 @@ Image shaded(const Heights& heights) {
 
 Picture pictureOfRaster(const Dataset& dataset) {
     const datasets::Raster raster(dataset.path, dataset.kind == "Lattice" ? QX_LATTICE : QX_GRID);
-    if (!raster) return {{}, [](Canvas&, const View&) {}};
+    if (!raster) return {{}, [](Canvas&, const View&) {}, {}, {}, 0, 0};
     const datasets::Box box = raster.box();
     const auto image = std::make_shared<Image>(shaded(readHeights(raster)));
     Picture picture;
+    picture.units = unitsOf(dataset.path);
     picture.extent.add(box[0], box[1]);
     picture.extent.add(box[2], box[3]);
     picture.draw = [=](Canvas& canvas, const View& view) {

@@ -55,6 +55,14 @@ class SvgCanvas : public Canvas {
         end("\"/>\n");
     }
 
+    void rings(std::span<const std::vector<Place>> rings, Colour colour) override {
+        text_ += "<path d=\"";
+        for (const std::vector<Place>& ring : rings) subpath(ring, true);
+        text_ += "\" fill-rule=\"evenodd\" fill=\"";
+        hex(colour);
+        end("\"/>\n");
+    }
+
     void dot(Place place, double radius, Colour colour) override {
         text_ += "<circle";
         attribute("cx", place.x);
@@ -128,7 +136,11 @@ class SvgCanvas : public Canvas {
         }
     }
     void path(std::span<const Place> places, bool closed) {
-        text_ += "<path d=\"M";
+        text_ += "<path d=\"";
+        subpath(places, closed);
+    }
+    void subpath(std::span<const Place> places, bool closed) {
+        text_ += 'M';
         for (const Place& place : places) {
             if (&place != places.data()) text_ += 'L';
             number(place.x);

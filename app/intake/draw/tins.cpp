@@ -66,6 +66,7 @@ double lightOnTriangle(const std::array<Node, 3>& nodes, double stretch) {
 
 Picture pictureOfTin(const Dataset& dataset) {
     Picture picture;
+    picture.units = unitsOf(dataset.path);
     const Surface surface = readSurface(dataset);
     for (const Node& node : surface.nodes) picture.extent.add(node.x, node.y);
     const double range = surface.highest - surface.lowest;

@@ -56,6 +56,8 @@ class View {
 
     double width() const { return width_; }
     double height() const { return height_; }
+    // The pixels of a unit.
+    double scale() const { return scale_; }
     // The pixels of a length; what is none, or is not finite, has the fallback's.
     double length(double value, double fallback) const {
         const double pixels = value * scale_;

@@ -5,6 +5,7 @@
 
 #include "app/intake/commands/reading.h"
 #include "app/intake/export/layers.h"
+#include "app/intake/export/mesh.h"
 #include "app/intake/export/systems.h"
 #include "app/intake/interrupts.h"
 #include "app/intake/module.h"
@@ -59,7 +60,13 @@ void write(const ExportOptions& options, const datasets::Dataset& dataset,
     how.folder = isFolder(options, format);
     how.asIs = options.asIs;
     how.wellKnownText = options.wellKnownText;
+    how.ascii = options.ascii;
     how.toWgs84 = [](const crs::ReferenceSystem& from) { return systems().toWgs84(from); };
+    if (format.meshes) {
+        const formats::Mesh mesh = meshOf(dataset, system, options, report);
+        throwIfInterrupted();
+        return format.meshes->write(options.output, mesh, how);
+    }
     const formats::WriterMaker& maker =
         format.maker ? *format.maker : loadModule<formats::WriterMaker>(std::string(format.module));
     const std::unique_ptr<formats::Writer> writer = maker.make(options.output, how);

@@ -24,6 +24,7 @@ struct ExportOptions {
     bool replace = false;                   // an output that is there already
     bool asIs = false;                      // coordinates into GeoJSON without turning them
     bool wellKnownText = false;             // geometries into CSV
+    bool ascii = false;                     // PLY as text
     bool json = false;                      // the report as one object
     bool quiet = false;                     // errors only
 };

@@ -23,12 +23,13 @@ const crs::Systems& systems() { return loadModule<crs::Systems>("proj"); }
 
 crs::ReferenceSystem systemOf(const std::string& dataset, const std::string& byHand,
                               ExportReport& report) {
+    const std::string text = projectionTextOf(dataset);
     if (!byHand.empty()) {
         crs::ReferenceSystem system = systems().byHand(byHand);
         if (!system.defined()) throw std::runtime_error(byHand + ": " + system.stoppedBy);
+        if (!text.empty()) system.heightUnits = systems().fromText(text).heightUnits;
         return system;
     }
-    const std::string text = projectionTextOf(dataset);
     if (text.empty()) return {};
     crs::ReferenceSystem system = systems().fromText(text);
     if (!system.defined()) {
@@ -38,14 +39,19 @@ crs::ReferenceSystem systemOf(const std::string& dataset, const std::string& byH
     return system;
 }
 
-std::string systemInWords(const std::string& dataset) {
+crs::ReferenceSystem systemIfKnown(const std::string& dataset) {
     const std::string text = projectionTextOf(dataset);
     if (text.empty()) return {};
     try {
-        return systems().fromText(text).description;
+        return systems().fromText(text);
     } catch (const std::runtime_error&) {
         return {};
     }
+}
+
+std::string systemInWords(const std::string& dataset) {
+    const crs::ReferenceSystem system = systemIfKnown(dataset);
+    return system.text.empty() ? std::string() : system.description;
 }
 
 }  // namespace program

@@ -18,6 +18,10 @@ const crs::Systems& systems();
 crs::ReferenceSystem systemOf(const std::string& dataset, const std::string& byHand,
                               ExportReport& report);
 
+// The same by the projection text alone, with nothing told: undefined without the text, or without
+// the module.
+crs::ReferenceSystem systemIfKnown(const std::string& dataset);
+
 // The same for people, in a line; empty without a projection text, or without the module.
 std::string systemInWords(const std::string& dataset);
 

@@ -56,6 +56,18 @@ class PngCanvas : public Canvas {
         cairo_fill(context_.get());
     }
 
+    void rings(std::span<const std::vector<Place>> rings, Colour colour) override {
+        cairo_new_path(context_.get());
+        for (const std::vector<Place>& ring : rings) {
+            cairo_new_sub_path(context_.get());
+            for (const Place& place : ring) cairo_line_to(context_.get(), place.x, place.y);
+        }
+        use(colour);
+        cairo_set_fill_rule(context_.get(), CAIRO_FILL_RULE_EVEN_ODD);
+        cairo_fill(context_.get());
+        cairo_set_fill_rule(context_.get(), CAIRO_FILL_RULE_WINDING);
+    }
+
     void dot(Place place, double radius, Colour colour) override {
         use(colour);
         cairo_new_path(context_.get());
