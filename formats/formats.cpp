@@ -54,6 +54,17 @@ std::span<const Format> formats() {
          .wgs84 = false,
          .maker = &csv::tables(),
          .module = {}},
+        {.name = "geotiff",
+         .title = "GeoTIFF",
+         .endings = ".tif .tiff",
+         .geometries = false,
+         .rasters = true,
+         .texts = true,
+         .manyLayers = true,
+         .folders = true,
+         .wgs84 = false,
+         .maker = nullptr,
+         .module = "geotiff"},
     };
     return table;
 }
