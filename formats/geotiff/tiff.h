@@ -75,7 +75,7 @@ class Tiff {
   public:
     // The mode is libtiff's: "w", or "w8" for a BigTIFF.
     Tiff(Bytes& bytes, const char* mode);
-    // Nothing is written any more.
+    // Writes what libtiff still holds, which is nothing for one that was flushed.
     ~Tiff();
     Tiff(const Tiff&) = delete;
     Tiff& operator=(const Tiff&) = delete;
