@@ -112,7 +112,8 @@ void addConversion(Builder& keys, const crs::ReferenceSystem& system) {
     keys.number(kProjection, kUserDefined);
     const Transformation* const transformation = transformationOf(parts);
     keys.number(kTransformation, transformation ? transformation->code : kUserDefined);
-    if (!transformation) return;
+    // Without a code the definition itself is all that there is to be told.
+    if (!transformation) return keys.text(kProjectedCitation, system.wkt2);
     for (const crs::Parameter& each : parts.parameters) {
         if (const uint16_t key = keyOf(each.code, transformation->origin)) {
             keys.real(key, valueOf(each, system.perUnit));
