@@ -6,6 +6,7 @@
 
 #include "crs/proj_build.h"
 #include "crs/proj_known.h"
+#include "crs/proj_parts.h"
 
 namespace crs {
 
@@ -35,6 +36,7 @@ void define(PJ_CONTEXT* context, PJ* object, ReferenceSystem& system) {
     system.name = orEmpty(proj_get_name(object));
     system.wkt2 = wkt(context, object, PJ_WKT2_2019);
     system.wkt1 = wkt(context, object, kWkt1);
+    system.parts = partsOf(context, object);
     system.stoppedBy.clear();
 }
 

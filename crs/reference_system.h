@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace crs {
 
@@ -15,6 +16,34 @@ enum class Kind {
     UndefinedGeographic,  // longitudes and latitudes, on a base that is not known
     Geographic,
     Projected,
+};
+
+// A number of a conversion. value * unit is in metres, radians or 1.
+struct Parameter {
+    int32_t code = 0;  // of the EPSG registry, 0 if it has none
+    std::string name;
+    double value = 0;
+    double unit = 1;
+};
+
+// What a defined system is made of, for formats that name its parts one by one. Codes are those of
+// the EPSG registry, 0 for what it does not have.
+struct Parts {
+    int32_t base = 0;  // the system of latitudes and longitudes
+    std::string baseName;
+    int32_t datum = 0;
+    std::string datumName;
+    int32_t spheroid = 0;
+    std::string spheroidName;
+    double semiMajor = 0;          // in metres
+    double inverseFlattening = 0;  // 0 for a sphere
+    double primeMeridian = 0;      // in degrees from Greenwich
+
+    // Of a projected system.
+    std::string conversion;  // its name
+    int32_t method = 0;
+    std::string methodName;
+    std::vector<Parameter> parameters;
 };
 
 struct ReferenceSystem {
@@ -55,6 +84,8 @@ struct ReferenceSystem {
 
     // The projection text as it was found, or the definition given by hand.
     std::string text;
+
+    Parts parts;
 
     bool defined() const { return kind == Kind::Geographic || kind == Kind::Projected; }
     bool geographic() const {

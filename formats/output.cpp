@@ -54,13 +54,6 @@ constexpr TextKind kTextKinds[] = {
     {"application/json", ".json"}, {"text/html", ".html"},
 };
 
-std::string_view textEnding(std::string_view mimeType) {
-    for (const TextKind& kind : kTextKinds) {
-        if (kind.type == mimeType) return kind.ending;
-    }
-    return kTextKinds[0].ending;
-}
-
 std::string allEndings(std::string_view own) {
     std::string endings(own);
     for (const TextKind& kind : kTextKinds) endings.append(" ").append(kind.ending);
@@ -68,6 +61,13 @@ std::string allEndings(std::string_view own) {
 }
 
 }  // namespace
+
+std::string_view textEnding(std::string_view mimeType) {
+    for (const TextKind& kind : kTextKinds) {
+        if (kind.type == mimeType) return kind.ending;
+    }
+    return kTextKinds[0].ending;
+}
 
 void failed(const std::string& path, int error) {
     throw std::runtime_error(path + ": " + std::generic_category().message(error));

@@ -67,6 +67,9 @@ class TextFile {
     std::string text_;
 };
 
+// ".xml" for "text/xml".
+std::string_view textEnding(std::string_view mimeType);
+
 // Files that are written one after the other into a folder under names made of names.
 class Folder {
   public:

@@ -1,4 +1,4 @@
-// What every writer of vectors and tables takes: layers of features, one after the other.
+// What every writer takes: layers of features, rasters and texts, one after the other.
 //
 //   writer->begin(layer);
 //   while (...) writer->add(fid, geometry, values);
@@ -16,6 +16,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -23,6 +24,7 @@
 #include <vector>
 
 #include "crs/reference_system.h"
+#include "formats/raster.h"
 
 namespace formats {
 
@@ -114,6 +116,9 @@ class Writer {
     virtual void end() = 0;
     // Keeps a text, between layers or after the last one. False if the format has no place for it.
     virtual bool text(const Text& text) = 0;
+    // Keeps a raster, between layers, and gives its name in the output. Nothing if the format has
+    // no place for it, where nothing is read.
+    virtual std::optional<std::string> raster(const Raster&) { return {}; }
     // Completes the output and puts it under its name.
     virtual void finish() = 0;
 };
@@ -138,6 +143,8 @@ struct Options {
     bool asIs = false;
     // GeoJSON: features carry their bounding box.
     bool boundingBoxes = false;
+
+    RasterOptions rasters = {};
 
     // CSV: geometries as well-known text in a last column.
     bool wellKnownText = false;

@@ -145,6 +145,9 @@ void read(const std::string& path, const std::string& kind, int reader) {
         case 7:
             exportTo("csv", path, kind);
             break;
+        case 8:
+            exportTo("geotiff", path, kind);
+            break;
         case 0:
             program::print(program::describe(path, kind), nowhere);
             break;
@@ -182,7 +185,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     } catch (const std::runtime_error&) {}
     for (const std::string& kind : kinds) {
         try {
-            read(dataset.path, kind, data[2] < 200 ? data[2] % 5 : 5 + data[2] % 3);
+            read(dataset.path, kind, data[2] < 200 ? data[2] % 5 : 5 + data[2] % 4);
         } catch (const std::runtime_error&) {
             // What it says is for a user.
         }

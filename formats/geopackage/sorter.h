@@ -7,7 +7,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <memory>
 #include <queue>
 #include <span>
@@ -16,26 +15,9 @@
 #include <utility>
 #include <vector>
 
+#include "formats/scratch.h"
+
 namespace formats::geopackage {
-
-// A file of our own beside the output. It goes away with the process, however that ends.
-class Scratch {
-  public:
-    // Failures name the target.
-    Scratch(const std::string& path, std::string target);
-    ~Scratch();
-    Scratch(const Scratch&) = delete;
-    Scratch& operator=(const Scratch&) = delete;
-
-    void write(int64_t position, std::span<const std::byte> bytes);
-    void read(int64_t position, std::span<std::byte> bytes);
-
-  private:
-    void seek(int64_t position);
-
-    std::FILE* file_ = nullptr;
-    std::string target_;
-};
 
 template <class Entry>
 class Sorter {

@@ -25,6 +25,24 @@ datasets::Box boxOf(const std::string& text) {
     return box;
 }
 
+void addRasterOptions(CLI::App& command, const std::shared_ptr<ExportOptions>& options) {
+    const auto choice = [&command](const char* name, std::string& value, const auto& values,
+                                   const char* words) {
+        const std::vector<std::string> names(std::begin(values), std::end(values));
+        command.add_option(name, value, words)
+            ->type_name("NAME")
+            ->check(CLI::IsMember(names).description(""), choices(names));
+    };
+    choice("--type", options->cellType, kCellTypes, "The type of cells in a GeoTIFF");
+    choice("--compress", options->compression, kCompressions, "Of a GeoTIFF (deflate)");
+    command.add_flag_callback(
+        "--cog", [options] { options->cloud = true; },
+        "A GeoTIFF with overviews, to be read over HTTP; of 2048 cells a side they always are");
+    command.add_flag_callback(
+        "--no-cog", [options] { options->cloud = false; }, "A GeoTIFF without overviews");
+    command.add_flag("--bands", options->bands, "A stack as one GeoTIFF, a band a grid");
+}
+
 void addExportOptions(CLI::App& command, const std::shared_ptr<ExportOptions>& options) {
     std::vector<std::string> names;
     for (const formats::Format& format : formats::formats()) names.emplace_back(format.name);
@@ -51,14 +69,15 @@ void addExportOptions(CLI::App& command, const std::shared_ptr<ExportOptions>& o
     command.add_flag("--as-is", options->asIs, "Coordinates into GeoJSON without turning them");
     command.add_flag("--wkt", options->wellKnownText, "Geometries into CSV, as well-known text");
     command.add_flag("--ascii", options->ascii, "PLY as text");
+    addRasterOptions(command, options);
     command.add_flag("--force", options->replace, "Replace OUT");
     command.add_flag("--quiet", options->quiet, "Tell errors only");
     command.add_flag("--json", options->json, "Print the report as one JSON object");
 }
 
 constexpr char kOutput[] =
-    "The file to make, which ends in .gpkg, .geojson, .geojsonl, .csv, .ply or .glb; or a folder "
-    "for CSV";
+    "The file to make, which ends in .gpkg, .geojson, .geojsonl, .csv, .tif, .ply or .glb; or a "
+    "folder";
 
 }  // namespace
 

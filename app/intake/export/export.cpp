@@ -1,5 +1,6 @@
 #include "app/intake/export/export.h"
 
+#include <algorithm>
 #include <iterator>
 #include <stdexcept>
 
@@ -18,14 +19,15 @@ namespace {
 
 struct Kind {
     const char* label;
+    bool rasters;
     void (*layers)(Target& target, const datasets::Dataset& dataset);
 };
 
 // One line a kind that has layers.
 constexpr Kind kKinds[] = {
-    {"Coverage", exportCoverage},
-    {"TIN", exportSurface},
-    {"Info Datafile", exportTable},
+    {"Coverage", false, exportCoverage},   {"TIN", false, exportSurface},
+    {"Info Datafile", false, exportTable}, {"Grid", true, exportGrid},
+    {"Lattice", true, exportLattice},      {"Stack", true, exportStack},
 };
 
 const Kind& kindOf(const datasets::Dataset& dataset) {
@@ -34,6 +36,18 @@ const Kind& kindOf(const datasets::Dataset& dataset) {
     }
     throw std::runtime_error(dataset.path + ": a " + dataset.kind +
                              " cannot be exported; intake dump prints all of it");
+}
+
+void refuseMisfits(const datasets::Dataset& dataset, const formats::Format& format) {
+    if (!format.geometries && format.rasters && !kindOf(dataset).rasters) {
+        throw std::runtime_error(dataset.path + ": a " + dataset.kind + " has no raster, and " +
+                                 std::string(format.title) + " holds nothing else");
+    }
+}
+
+formats::Compression compressionOf(const std::string& name) {
+    const auto found = std::ranges::find(kCompressions, name);
+    return static_cast<formats::Compression>(found - std::begin(kCompressions));
 }
 
 const formats::Format& formatFor(const ExportOptions& options) {
@@ -61,6 +75,8 @@ void write(const ExportOptions& options, const datasets::Dataset& dataset,
     how.asIs = options.asIs;
     how.wellKnownText = options.wellKnownText;
     how.ascii = options.ascii;
+    how.rasters.compression = compressionOf(options.compression);
+    how.rasters.cloud = options.cloud;
     how.toWgs84 = [](const crs::ReferenceSystem& from) { return systems().toWgs84(from); };
     if (format.meshes) {
         const formats::Mesh mesh = meshOf(dataset, system, options, report);
@@ -86,7 +102,7 @@ int exportDataset(const ExportOptions& options, Console& console) {
     try {
         const int status = reading(console, [&] {
             const datasets::Dataset dataset = datasets::findDataset(options.dataset, options.kind);
-            kindOf(dataset);
+            refuseMisfits(dataset, format);
             const crs::ReferenceSystem system = systemOf(dataset.path, options.system, report);
             write(options, dataset, format, system, report, console);
             if (!options.quiet) report.print(console);

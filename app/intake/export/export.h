@@ -11,6 +11,11 @@
 
 namespace program {
 
+// What --type and --compress may say, in the order of formats::CellType and formats::Compression.
+inline constexpr const char* kCellTypes[] = {"uint8", "int16",   "uint16",
+                                             "int32", "float32", "float64"};
+inline constexpr const char* kCompressions[] = {"deflate", "zstd", "lzw", "none"};
+
 struct ExportOptions {
     std::string dataset;
     std::string output;
@@ -25,6 +30,10 @@ struct ExportOptions {
     bool asIs = false;                      // coordinates into GeoJSON without turning them
     bool wellKnownText = false;             // geometries into CSV
     bool ascii = false;                     // PLY as text
+    std::string cellType;                   // "int16"; empty: the smallest that holds all
+    std::string compression = "deflate";    // of rasters
+    std::optional<bool> cloud;              // GeoTIFF with overviews; empty: of large rasters
+    bool bands = false;                     // a stack as one raster
     bool json = false;                      // the report as one object
     bool quiet = false;                     // errors only
 };

@@ -38,11 +38,15 @@ void exportSmallTables(Target& target, const std::string& coverage);
 // Whole datasets.
 void exportCoverage(Target& target, const datasets::Dataset& dataset);
 void exportSurface(Target& target, const datasets::Dataset& dataset);
+void exportGrid(Target& target, const datasets::Dataset& dataset);
+void exportLattice(Target& target, const datasets::Dataset& dataset);
+void exportStack(Target& target, const datasets::Dataset& dataset);
 void exportTable(Target& target, const datasets::Dataset& dataset);
 
-// What any dataset may have: its tables as tables of their own, its texts.
+// What any dataset may have: its tables as tables of their own, its texts, which belong to a layer
+// where one is named.
 void exportTables(Target& target, const std::string& dataset);
-void exportTexts(Target& target, const std::string& dataset);
+void exportTexts(Target& target, const std::string& dataset, const std::string& layer = {});
 
 // The columns of the table of a dataset whose name ends in the suffix: "AAT", "PATZONES".
 TableColumns columnsOf(Target& target, const std::string& dataset, std::string_view suffix);

@@ -48,8 +48,13 @@ void ExportReport::print(Console& console) const {
     for (const LayerReport& each : layers) widest = std::max(widest, shown(each.name).size());
     for (const LayerReport& each : layers) {
         const std::string name = shown(each.name);
-        console.errors << name << std::string(widest - name.size() + 2, ' ') << each.features
-                       << (each.features == 1 ? " feature" : " features");
+        console.errors << name << std::string(widest - name.size() + 2, ' ');
+        if (each.bands != 0) {
+            console.errors << each.columns << " x " << each.rows << " cells, " << each.type;
+            if (each.bands != 1) console.errors << ", " << each.bands << " bands";
+        } else {
+            console.errors << each.features << (each.features == 1 ? " feature" : " features");
+        }
         if (each.leftOut != 0) console.errors << ", " << each.leftOut << " left out or incomplete";
         console.errors << '\n';
     }
@@ -65,6 +70,14 @@ void ExportReport::printJson(Console& console, std::string_view dataset, std::st
     object["system"] = toUtf8(system);
     object["layers"] = nlohmann::ordered_json::array();
     for (const LayerReport& each : layers) {
+        if (each.bands != 0) {
+            object["layers"].push_back({{"name", each.name},
+                                        {"columns", each.columns},
+                                        {"rows", each.rows},
+                                        {"bands", each.bands},
+                                        {"type", each.type}});
+            continue;
+        }
         object["layers"].push_back(
             {{"name", each.name}, {"features", each.features}, {"leftOut", each.leftOut}});
     }

@@ -15,6 +15,12 @@ struct LayerReport {
     std::string name;
     int64_t features = 0;
     int64_t leftOut = 0;  // features whose geometry, or part of it, is not in the layer
+
+    // Of a raster, which has no features.
+    int32_t columns = 0;
+    int32_t rows = 0;
+    int32_t bands = 0;
+    std::string type;
 };
 
 class ExportReport {

@@ -75,7 +75,7 @@ void exportTable(Target& target, const datasets::Dataset& dataset) {
     exportOne(target, datasets::tablePlace(dataset.path));
 }
 
-void exportTexts(Target& target, const std::string& dataset) {
+void exportTexts(Target& target, const std::string& dataset, const std::string& layer) {
     struct {
         datasets::SideText which;
         const char* name;
@@ -84,7 +84,7 @@ void exportTexts(Target& target, const std::string& dataset) {
                             {datasets::SideText::metadata, "metadata"}};
     for (const auto& [which, name] : kTexts) {
         if (auto lines = datasets::sideText(dataset, which)) {
-            target.text(name, {}, joined(std::move(lines)));
+            target.text(name, layer, joined(std::move(lines)));
         }
     }
 }

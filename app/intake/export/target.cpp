@@ -80,11 +80,43 @@ void Target::end() {
     if (!started_) return;
     writer_.end();
     started_ = false;
-    if (std::exchange(progress_, false)) console_.errors << "\r\033[K" << std::flush;
+    endProgress();
     if (const int64_t undecoded = decoder_.takeUndecoded(); undecoded != 0) {
         report_.loss(tally_.name, "a byte is no character of " + options_.encoding, {}, undecoded);
     }
     report_.layers.push_back(tally_);
+}
+
+void Target::raster(formats::Raster raster, std::string_view type) {
+    constexpr int64_t kCellsBetweenLooks = 1 << 20;
+    LayerReport tally;
+    tally.columns = raster.columns;
+    tally.rows = raster.rows;
+    tally.bands = static_cast<int32_t>(raster.bands.size());
+    tally.type = type;
+    int64_t cells = 0;
+    const auto read = std::move(raster.read);
+    raster.read = [&](std::size_t band, int32_t row, std::span<std::byte> bytes) {
+        read(band, row, bytes);
+        if ((cells += raster.columns) < kCellsBetweenLooks) return;
+        cells = 0;
+        throwIfInterrupted();
+        if (!console_.terminal || options_.quiet) return;
+        console_.errors << "\r\033[K" << shown(raster.name) << " row " << row << std::flush;
+        progress_ = true;
+    };
+    const std::optional<std::string> name = writer_.raster(raster);
+    endProgress();
+    if (!name) {
+        report_.loss(raster.name, "the format has no place for a raster");
+        return;
+    }
+    tally.name = *name;
+    report_.layers.push_back(tally);
+}
+
+void Target::endProgress() {
+    if (std::exchange(progress_, false)) console_.errors << "\r\033[K" << std::flush;
 }
 
 void Target::text(std::string_view name, std::string_view layer, std::string_view bytes) {

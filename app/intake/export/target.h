@@ -24,6 +24,7 @@ class Target {
 
     const ExportOptions& options() const { return options_; }
     ExportReport& report() { return report_; }
+    const crs::ReferenceSystem& system() const { return system_; }
     Decoder& decoder() { return decoder_; }
 
     // Whether a layer of this name was asked for. Each that is asked about counts as one that the
@@ -47,12 +48,16 @@ class Target {
     void incomplete() { ++tally_.leftOut; }
     void end();
 
+    // A raster whose type is told by a word.
+    void raster(formats::Raster raster, std::string_view type);
+
     // A text that belongs to the dataset, or to one of its layers, as bytes line by line.
     void text(std::string_view name, std::string_view layer, std::string_view bytes);
 
   private:
     void start();
     void showProgress();
+    void endProgress();
 
     const ExportOptions& options_;
     formats::Writer& writer_;

@@ -1,10 +1,11 @@
-#include "formats/geopackage/sorter.h"
+#include "formats/scratch.h"
 
 #include <cerrno>
+#include <utility>
 
 #include "formats/output.h"
 
-namespace formats::geopackage {
+namespace formats {
 
 Scratch::Scratch(const std::string& path, std::string target)
     : file_(std::fopen(path.c_str(), "w+bx")), target_(std::move(target)) {
@@ -29,4 +30,4 @@ void Scratch::read(int64_t position, std::span<std::byte> bytes) {
     if (std::fread(bytes.data(), 1, bytes.size(), file_) != bytes.size()) failed(target_, EIO);
 }
 
-}  // namespace formats::geopackage
+}  // namespace formats
