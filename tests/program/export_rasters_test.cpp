@@ -215,8 +215,12 @@ TEST_F(ExportRasters, ClaimsAreHeldAgainstWhatIsStored) {
     std::string claims = whole;
     claims.replace(16, 8, std::string("\x10\0\0\0\x10\0\0\0", 8));  // columns and rows
     writeFile(file, claims);
-    EXPECT_NE(exported().errors.find("claims 268435456 x 268435456 cells, and holds 0 rows"),
-              std::string::npos);
+    EXPECT_NE(exported().errors.find("has no cells"), std::string::npos);
+    claims.replace(16, 8, std::string("\0\0\0\x02\x10\0\0\0", 8));
+    writeFile(file, claims);
+    const Outcome tall = exported();
+    EXPECT_EQ(tall.object()["losses"][0]["reason"], "a row is not stored, and left out");
+    EXPECT_EQ(image().cells[0], (std::vector<double>{1, 2, 3, 4, 5, 6, 7, 8}));
 }
 
 }  // namespace

@@ -36,37 +36,37 @@ std::array<int32_t, 2> meeting(double from, double to, double start, double size
     return {inside(points ? std::ceil(low) : std::ceil(low) - 1), inside(std::floor(high) + 1)};
 }
 
-Window windowOf(const datasets::Raster& raster, bool points, const std::optional<Box>& within) {
+Window windowOf(const datasets::Raster& raster, int32_t rows, bool points,
+                const std::optional<Box>& within) {
     const QxRaster& shape = raster.shape();
-    Window window{0, 0, shape.columns, shape.rows, true};
+    Window window{0, 0, shape.columns, rows, true};
     if (!within) return window;
     const auto [left, right] = meeting((*within)[0], (*within)[2], shape.lowerLeft[0],
                                        shape.cellSize[0], points, shape.columns);
     const auto [top, bottom] = meeting(-(*within)[3], -(*within)[1], -shape.upperRight[1],
-                                       shape.cellSize[1], points, shape.rows);
+                                       shape.cellSize[1], points, rows);
     return {left, top, right - left, bottom - top, false};
 }
 
-// What a header claims is written where what is stored bears it out: memory and time follow what
-// is there.
-void checkClaims(const datasets::Raster& raster, const Dataset& dataset, Target& target) {
+// How many rows are written: all that the header claims where what is stored bears it out, so that
+// memory and time follow what is there.
+int32_t rowsOf(const datasets::Raster& raster, const Dataset& dataset, Target& target) {
     constexpr int64_t kTimes = 16;
-    constexpr int64_t kAlways = 16'000'000;
+    constexpr int64_t kAlways = 4'000'000;
     const QxRaster& shape = raster.shape();
-    if (shape.columns <= 0 || shape.rows <= 0) {
-        throw std::runtime_error(dataset.path + ": has no cells");
-    }
     const int64_t claimed = int64_t{shape.columns} * shape.rows;
     const int64_t stored = int64_t{shape.columns} * shape.rowsWritten;
-    if (claimed > kTimes * stored + kAlways) {
-        throw std::runtime_error(dataset.path + ": claims " + std::to_string(shape.columns) +
-                                 " x " + std::to_string(shape.rows) + " cells, and holds " +
-                                 std::to_string(shape.rowsWritten) + " rows of them");
+    const bool borneOut = claimed <= kTimes * stored + kAlways;
+    if (shape.columns <= 0 || shape.rows <= 0 || (!borneOut && shape.rowsWritten == 0)) {
+        throw std::runtime_error(dataset.path + ": has no cells");
     }
     if (shape.rowsWritten < shape.rows) {
-        target.report().loss(nameOf(dataset.path), "a row is not stored, and has no data", {},
-                             shape.rows - shape.rowsWritten);
+        target.report().loss(
+            nameOf(dataset.path),
+            borneOut ? "a row is not stored, and has no data" : "a row is not stored, and left out",
+            {}, shape.rows - shape.rowsWritten);
     }
+    return borneOut ? shape.rows : shape.rowsWritten;
 }
 
 formats::Raster frameOf(const datasets::Raster& raster, const Dataset& dataset, bool points,
@@ -118,9 +118,9 @@ void exportRaster(Target& target, const Dataset& dataset, QxRasterKind kind,
     if (!target.wants(name)) return;
     const datasets::Raster raster(dataset.path, kind);
     if (!raster) throw std::runtime_error(dataset.path + ": cannot be read");
-    checkClaims(raster, dataset, target);
+    const int32_t rows = rowsOf(raster, dataset, target);
     const bool points = kind == QX_LATTICE;
-    const Window window = windowOf(raster, points, target.options().within);
+    const Window window = windowOf(raster, rows, points, target.options().within);
     if (window.columns <= 0 || window.rows <= 0) {
         target.report().loss(name, "no cell meets the rectangle");
         return;
@@ -182,9 +182,10 @@ void exportAsBands(Target& target, const Dataset& stack, const std::vector<Datas
         if (!raster) throw std::runtime_error(members[member].path + ": cannot be read");
     };
     std::vector<CellSurvey> surveys;
+    int32_t rows = 0;
     for (std::size_t member = 0; member < members.size(); ++member) {
         go(member);
-        checkClaims(raster, members[member], target);
+        rows = std::max(rows, rowsOf(raster, members[member], target));
         if (!sameFrame(raster.shape(), first.shape())) {
             throw std::runtime_error(members[member].path +
                                      ": lies elsewhere or has other cells than " + members[0].name +
@@ -192,7 +193,7 @@ void exportAsBands(Target& target, const Dataset& stack, const std::vector<Datas
         }
         surveys.push_back(survey(raster, false));
     }
-    const Window window = windowOf(first, false, target.options().within);
+    const Window window = windowOf(first, rows, false, target.options().within);
     if (window.columns <= 0 || window.rows <= 0) {
         target.report().loss(nameOf(stack.path), "no cell meets the rectangle");
         return;
