@@ -20,7 +20,7 @@ struct LayerReport {
     int32_t columns = 0;
     int32_t rows = 0;
     int32_t bands = 0;
-    std::string type;
+    std::string type = {};
 };
 
 class ExportReport {
