@@ -65,22 +65,28 @@ class Running {
 
 class Stop : public ScratchTest {
   protected:
-    // Some fifty million bytes of arcs.
-    void givenMany() {
+    // Arcs of some 750 bytes each, and as many labels.
+    void givenMany(int arcs) {
         std::string arc =
             "         1         1         1         2         3         4        24\n";
         for (int line = 0; line < 12; ++line) {
             arc += " 1.0000000E+00 2.0000000E+00 3.0000000E+00 4.0000000E+00\n";
         }
         std::string text = "EXP  0 X\nARC  2\n";
-        for (int count = 0; count < 70000; ++count) text += arc;
-        given(text +
-              "        -1         0         0         0         0         0         0\nEOS\n");
+        text.reserve(text.size() + static_cast<std::size_t>(arcs) * arc.size());
+        for (int count = 0; count < arcs; ++count) text += arc;
+        text += "        -1         0         0         0         0         0         0\nLAB  2\n";
+        for (int count = 0; count < arcs; ++count) {
+            text +=
+                "         1         0 1.0000000E+00 2.0000000E+00\n"
+                " 1.0000000E+00 2.0000000E+00 1.0000000E+00 2.0000000E+00\n";
+        }
+        given(text + "        -1         0 0.0000000E+00 0.0000000E+00\nEOS\n");
     }
 };
 
 TEST_F(Stop, ASignalEndsAnImportWhereItStandsAndKeepsWhatWasRead) {
-    givenMany();
+    givenMany(250000);  // two hundred million bytes
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         const std::string dataset = "DS" + std::to_string(signal);
         // The file comes on standard input, and lies in a temporary folder meanwhile.
@@ -90,7 +96,7 @@ TEST_F(Stop, ASignalEndsAnImportWhereItStandsAndKeepsWhatWasRead) {
         json event;
         do {
             event = import.next();
-        } while (!event.is_null() && !(event["event"] == "progress" && event["read"] > 1000000));
+        } while (!event.is_null() && !(event["event"] == "progress" && event["read"] > 60000000));
         import.send(signal);
         std::string error;
         json last;
@@ -105,8 +111,8 @@ TEST_F(Stop, ASignalEndsAnImportWhereItStandsAndKeepsWhatWasRead) {
         EXPECT_EQ(last["status"], 128 + signal);
         const std::string stored = run({"show", "--json", "@" + dataset}).output;
         const auto arcs = json::parse(stored)["features"]["arc"].get<int64_t>();
-        EXPECT_GT(arcs, 100);
-        EXPECT_LT(arcs, 70000);
+        EXPECT_GT(arcs, 60000);
+        EXPECT_LT(arcs, 250000);
     }
 }
 
@@ -151,10 +157,34 @@ TEST_F(Stop, AHostAsksForItAndTakesItBack) {
     prgstp_(&yes);
     EXPECT_EQ(import(), 0);
     EXPECT_EQ(complaints(),
-              std::vector<std::string>{"The import was stopped in line 2 of " + path("in.e00") +
+              std::vector<std::string>{"The import was stopped in line 1 of " + path("in.e00") +
                                        ". What was imported until there stays."});
     prgstp_(&no);
     EXPECT_EQ(import("OTHER"), 1);
+}
+
+TEST_F(Stop, AnImportEndsAtTheNextLine) {
+    givenMany(2000);
+    ASSERT_EQ(run({"pack", "@in.e00", "@packed.e00"}).status, 0);
+    // Asked for in the second section, whose first lines have been read into memory by then.
+    prgset_(
+        [](int32_t event, const char* code, int64_t, int64_t, void*) {
+            const int32_t yes = event == QX_SECTION_BEGINS && std::string(code) == "LAB";
+            if (yes != 0) prgstp_(&yes);
+        },
+        nullptr);
+    for (const std::string file : {"in.e00", "packed.e00"}) {
+        const int32_t no = 0;
+        prgstp_(&no);
+        EXPECT_EQ(import(file.substr(0, 2), file), 0);
+        const std::string line = file == "in.e00" ? "26004" : "";
+        EXPECT_EQ(complaints().size(), 1U);
+        EXPECT_TRUE(complaints()[0].starts_with("The import was stopped in line " + line));
+        EXPECT_EQ(records("arc", file.substr(0, 2)).size(), 2000U);
+        EXPECT_EQ(records("lab", file.substr(0, 2)).size(), 0U);
+        prgstp_(&no);
+    }
+    prgset_(nullptr, nullptr);
 }
 
 TEST_F(Stop, EventsTellAllThereIsToTell) {
