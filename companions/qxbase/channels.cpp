@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <atomic>
 #include <cstdlib>
 
 #include "companions/qxbase/state.h"
@@ -21,6 +22,15 @@ constexpr int32_t kFailed = 1;
 constexpr int32_t kEndOfFile = -1;
 
 store::HandleTable<TextChannel> channels;
+
+// How many names of scratch files were given out.
+std::atomic<int32_t> scratchFiles = 0;
+
+std::string scratchName(int32_t number) {
+    const char* directory = std::getenv("TMPDIR");
+    return std::string(directory && *directory ? directory : "/tmp") + "/intake." +
+           std::to_string(::getpid()) + "." + std::to_string(number);
+}
 
 std::string path(const char* name, int32_t length) {
     return std::string(qx::textArgument(name, length));
@@ -189,16 +199,12 @@ void alink_(const char* name, int32_t* status, int32_t nameLength) {
 }
 
 void scrnam_(char* name, int32_t nameLength) {
-    static int32_t number = 0;
-    const char* directory = std::getenv("TMPDIR");
-    const std::string start = std::string(directory && *directory ? directory : "/tmp") +
-                              "/intake." + std::to_string(::getpid()) + ".";
     std::string scratch;
     constexpr int32_t kMostTries = 1000;
-    const int32_t last = number + kMostTries;
+    const int32_t last = scratchFiles + kMostTries;
     do {
-        scratch = start + std::to_string(++number);
-    } while (number < last && store::exists(scratch));
+        scratch = scratchName(++scratchFiles);
+    } while (scratchFiles < last && store::exists(scratch));
     qx::textResult(name, nameLength, scratch);
 }
 
@@ -206,6 +212,12 @@ void scrnamC(char* name) {
     qx::Name scratch;
     scrnam_(scratch.data(), static_cast<int32_t>(scratch.size()));
     f772cee(name, scratch.data(), static_cast<int32_t>(scratch.size()));
+}
+
+void scrdel_(void) {
+    for (int32_t number = scratchFiles; number > 0; --number) {
+        ::unlink(scratchName(number).c_str());
+    }
 }
 
 void iename_(char* name, const int32_t* mode, int32_t* status, int32_t nameLength) {

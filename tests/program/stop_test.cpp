@@ -8,7 +8,7 @@
 #include <thread>
 
 #include "host/qxbase.h"
-#include "tests/support/scratch_test.h"
+#include "tests/support/sample_test.h"
 
 namespace intake::testing {
 namespace {
@@ -63,7 +63,7 @@ class Running {
     FILE* errors_ = nullptr;
 };
 
-class Stop : public ScratchTest {
+class Stop : public SampleTest {
   protected:
     // Arcs of some 750 bytes each, and as many labels.
     void givenMany(int arcs) {
@@ -121,7 +121,7 @@ TEST_F(Stop, WhereOnlyTemporaryFilesAreMadeItEndsAtOnce) {
     ASSERT_EQ(::pipe2(ends, O_CLOEXEC), 0);
     Running import({"import", "-", path("DS")}, ends[0]);
     // It has begun to wait once its folder is there.
-    while (std::filesystem::is_empty(path("tmp"))) std::this_thread::yield();
+    while (std::filesystem::is_empty(temporary())) std::this_thread::yield();
     import.send(SIGTERM);
     EXPECT_EQ(import.wait(), 128 + SIGTERM);
     EXPECT_FALSE(std::filesystem::exists(path("DS")));
@@ -130,7 +130,8 @@ TEST_F(Stop, WhereOnlyTemporaryFilesAreMadeItEndsAtOnce) {
 }
 
 TEST_F(Stop, ASecondSignalEndsAnImportThatCannotGoOn) {
-    std::string text = "EXP  0 X\n";
+    // The names of a stack's members lie in a temporary file too.
+    std::string text = "EXP  0 X\nSTK  2\n         1         1\nA\n";
     for (int section = 0; section < 2000; ++section) text += "SIN  2\nEOX\n";
     given(text + "EOS\n");
     const int input = ::open(path("in.e00").c_str(), O_RDONLY | O_CLOEXEC);
