@@ -131,14 +131,14 @@ TEST_F(Stop, WhereOnlyTemporaryFilesAreMadeItEndsAtOnce) {
 
 TEST_F(Stop, ASecondSignalEndsAnImportThatCannotGoOn) {
     // The names of a stack's members lie in a temporary file too.
-    std::string text = "EXP  0 X\nSTK  2\n         1         1\nA\n";
-    for (int section = 0; section < 2000; ++section) text += "SIN  2\nEOX\n";
+    std::string text = "EXP  0 X\nSTK  2\n         1         1\nA\nEOK\n";
+    for (int section = 0; section < 2000; ++section) text += "LOG  2\nEOL\n";
     given(text + "EOS\n");
     const int input = ::open(path("in.e00").c_str(), O_RDONLY | O_CLOEXEC);
     Running import({"import", "--progress", "json", "-", path("DS")}, input);
     ::close(input);
     // It waits for somebody to read what it tells, once nothing more comes.
-    for (auto [before, equal] = std::pair(import.unread(), 0); equal < 5;) {
+    for (auto [before, equal] = std::pair(import.unread(), 0); equal < 5 && !import.ended();) {
         std::this_thread::sleep_for(std::chrono::milliseconds(60));
         const auto now = import.unread();
         equal = now == before && now >= 60000 ? equal + 1 : 0;

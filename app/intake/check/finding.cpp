@@ -180,7 +180,9 @@ Finding findOut(const SourceOptions& options) {
     } catch (const Undecided& several) {
         if (!several.names.empty()) throw;
         finding.verdict = Verdict::kUnknown;
-        finding.messages.push_back({QX_ERROR, several.what()});
+        std::string text = several.what();
+        std::replace(text.begin(), text.end(), '\n', ' ');
+        finding.messages.push_back({QX_ERROR, text});
     } catch (const containers::Damage& damage) {
         if (damage.inWanted) finding.verdict = Verdict::kPartial;
         finding.messages.push_back({QX_ERROR, damage.what()});
