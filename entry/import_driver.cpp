@@ -201,6 +201,7 @@ void releaseImport() {
     rearmTin();
     Status status = kSuccess;
     if (import.STKUNT != 0) dropScratchList(import, status);
+    prgdue_(nullptr);
 }
 
 }  // namespace intake

@@ -20,10 +20,18 @@ namespace {
 constexpr char kCarriageReturn = '\r';
 constexpr int32_t kEndOfFile = -1;
 
-void tellProgress() {
-    int64_t bytes = 0;
-    call(abytes_, reader.IMPUNT, bytes);
-    call(prgtel_, static_cast<int32_t>(QX_SECTION_GOES_ON), "", reader.logicalLines, bytes);
+// Where a report is due. The next one is set before the wish is looked at: none that comes
+// meanwhile is lost.
+void lookUp() {
+    constexpr int64_t kLinesBetweenReports = 4096;
+    // The line at hand counts already.
+    const int64_t beyond = reader.logicalLines % kLinesBetweenReports;
+    if (beyond == 0) {
+        int64_t bytes = 0;
+        call(abytes_, reader.IMPUNT, bytes);
+        call(prgtel_, static_cast<int32_t>(QX_SECTION_GOES_ON), "", reader.logicalLines, bytes);
+    }
+    std::atomic_ref<int64_t>{dueLine} = reader.logicalLines - beyond + kLinesBetweenReports - 1;
     stopIfAsked();
 }
 
@@ -185,6 +193,8 @@ void RDVER(const int32_t& channel) {
         reader.lineNumber = 0;
     }
     findWindow(channel);
+    prgdue_(&dueLine);
+    std::atomic_ref<int64_t>{dueLine} = 0;
     const std::string_view text = first.view();
     reader.HASCR = !text.empty() && text.back() == kCarriageReturn;
 }
@@ -209,7 +219,7 @@ std::size_t IMPCOM(std::span<char> line) {
 void IMPLIN(std::span<char> line) {
     const bool reportDue = isReportDue();
     ++reader.logicalLines;
-    if (reportDue) tellProgress();
+    if (reportDue) lookUp();
     if (reader.EXPVER == 0) {
         IMPCOM(line);
     } else {

@@ -2,6 +2,7 @@
 #ifndef STREAM_READER_STATE_H
 #define STREAM_READER_STATE_H
 
+#include <atomic>
 #include <cstdint>
 
 #include "host/qxbase/channels.h"
@@ -36,10 +37,13 @@ struct ReaderState {
 
 extern ReaderState reader;
 
-// Whether the host is told of the progress before the next logical line.
+// The logical line behind which a report is due. A host that wishes the end sets it to 0, in
+// whatever thread.
+inline int64_t dueLine = 0;
+
+// Whether the host is told of the progress, or wishes the end, before the next logical line.
 inline bool isReportDue() {
-    constexpr int64_t kLinesBetweenReports = 4096;
-    return (reader.logicalLines + 1) % kLinesBetweenReports == 0;
+    return reader.logicalLines >= std::atomic_ref<int64_t>{dueLine}.load(std::memory_order_relaxed);
 }
 
 }  // namespace intake

@@ -42,7 +42,11 @@ int run(const std::vector<std::string>& arguments, Console& console) {
             return wrong(tellNoCommand(app, arguments[0]));
         }
         // The parser takes its arguments from the back.
-        app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+        std::vector<std::string> words(arguments.rbegin(), arguments.rend());
+        for (std::string& word : words) {
+            if (word.starts_with("-::")) word.replace(0, 1, "/dev/stdin");
+        }
+        app.parse(std::move(words));
     } catch (const CLI::ParseError& error) {
         if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
             app.exit(error, console.output, console.errors);

@@ -138,6 +138,26 @@ bool standsAlready(const std::string& dataset) {
     return std::filesystem::exists(there) || !datasets::kindsOf(dataset).empty();
 }
 
+// What a workspace keeps of its own has these names.
+bool isReserved(std::filesystem::path dataset) {
+    if (!dataset.has_filename()) dataset = dataset.parent_path();
+    return dataset.filename() == "info" || dataset.filename() == ".intake";
+}
+
+// Why nothing is imported to what stands there.
+std::string standingThere(const std::string& dataset) {
+    std::error_code ignored;
+    const bool isFolder = std::filesystem::is_directory(dataset, ignored);
+    if (isFolder &&
+        (std::filesystem::is_empty(dataset, ignored) || datasets::kindsOf(dataset).empty())) {
+        return dataset + " is a folder and no dataset; " +
+               (std::filesystem::path(dataset) / "NAME").string() + " would be one in it";
+    }
+    return dataset +
+           " exists already; --replace puts the new one in its place, --force imports to it all "
+           "the same";
+}
+
 std::string secondsText(double seconds) {
     char text[32];
     std::snprintf(text, sizeof text, "%.*f s", seconds < 10 ? 2 : 0, seconds);
@@ -154,12 +174,18 @@ std::string lastLine(const ImportOptions& options, const std::string& summary, i
 }  // namespace
 
 int importFile(const ImportOptions& options, Console& console) {
+    if (options.dataset.empty()) {
+        complain(console, "the path of the dataset to make is empty");
+        return kWrongUsage;
+    }
+    if (isReserved(options.dataset)) {
+        complain(console, options.dataset + " is no name for a dataset: a workspace needs it");
+        return kWrongUsage;
+    }
     finishChanges(workspaceOf(options.dataset), console);
     const bool stands = (options.replace || !options.force) && standsAlready(options.dataset);
     if (stands && !options.replace) {
-        complain(console, options.dataset +
-                              " exists already; --replace puts the new one in its place, --force "
-                              "imports to it all the same");
+        complain(console, standingThere(options.dataset));
         return kWrongUsage;
     }
     const Interrupts interrupts;

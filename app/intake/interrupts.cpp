@@ -74,6 +74,7 @@ class Watcher {
                 continue;
             }
             removeTemporaryFolders();
+            scrdel_();
             ::_exit(Interrupted(signal).exitStatus());
         }
     }

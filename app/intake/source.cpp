@@ -49,7 +49,11 @@ struct Parts {
 
 Parts partsOf(const std::string& given) {
     std::error_code ignored;
-    if (given == "-" || fs::exists(given, ignored)) return {given, ""};
+    if (given == "-") return {given, ""};
+    // As the command line says "-::NAME", which its parser would take for an option.
+    constexpr std::string_view kInStandardInput = "/dev/stdin::";
+    if (given.starts_with(kInStandardInput)) return {"-", given.substr(kInStandardInput.size())};
+    if (fs::exists(given, ignored)) return {given, ""};
     for (std::size_t at = given.find("::"); at != std::string::npos;
          at = given.find("::", at + 1)) {
         const std::string file = given.substr(0, at);
@@ -73,12 +77,15 @@ std::string listOf(const std::vector<containers::Content>& contents, bool likene
     if (expansion.choice.empty()) {
         const std::string missing =
             wanted.empty() ? " holds no interchange file" : " holds no file " + wanted;
-        if (expansion.others.empty()) throw std::runtime_error(file + missing + ", and no other");
-        throw std::runtime_error(file + missing + "; in it are:" + listOf(expansion.others, true));
+        if (expansion.others.empty()) throw NotInIt(file + " holds no file at all");
+        throw NotInIt(file + missing + "; in it are:" + listOf(expansion.others, true));
     }
+    const bool again = file != kStandardInput;
     std::vector<std::string> names;
-    for (const auto& content : expansion.choice) names.push_back(file + "::" + content.name);
-    throw Undecided(file + " holds several interchange files; give one as " + file +
+    for (const auto& content : expansion.choice) {
+        if (again) names.push_back(file + "::" + content.name);
+    }
+    throw Undecided(file + " holds several interchange files; give one as " + (again ? file : "-") +
                         "::NAME:" + listOf(expansion.choice, false),
                     std::move(names));
 }
@@ -97,7 +104,7 @@ Source::Source(const SourceOptions& options) {
     if (!containers::containerOf(startOf(path_)).empty()) {
         expand(options, shownAs, parts.wanted);
     } else if (!parts.wanted.empty()) {
-        throw std::runtime_error(shownAs + " is no archive, and holds no file " + parts.wanted);
+        throw NotInIt(shownAs + " is no archive, and holds no file " + parts.wanted);
     }
 }
 

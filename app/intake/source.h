@@ -20,11 +20,17 @@ struct SourceOptions {
     uint64_t mostBytes = uint64_t{64} << 30;  // that may be expanded
 };
 
-// Several files may be meant. The text lists them; the names are those that FILE takes.
+// Several files may be meant. The text lists them; the names are those that FILE takes, none where
+// they came on standard input, which does not come again.
 struct Undecided : std::runtime_error {
     Undecided(const std::string& text, std::vector<std::string> files)
         : std::runtime_error(text), names(std::move(files)) {}
     std::vector<std::string> names;
+};
+
+// What was given is there and holds no interchange file, or not the one that is asked for.
+struct NotInIt : std::runtime_error {
+    using std::runtime_error::runtime_error;
 };
 
 class Source {

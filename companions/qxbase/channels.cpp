@@ -1,5 +1,7 @@
 #include "host/qxbase/channels.h"
 
+#include <atomic>
+
 #include "companions/qxbase/state.h"
 #include "companions/qxbase/text_channel.h"
 #include "companions/store/handle_table.h"
@@ -18,6 +20,14 @@ constexpr int32_t kFailed = 1;
 constexpr int32_t kEndOfFile = -1;
 
 store::HandleTable<TextChannel> channels;
+
+// How many names of scratch files were given out.
+std::atomic<int32_t> scratchFiles = 0;
+
+std::string scratchName(int32_t number) {
+    return os::temporaryFolder() + "/intake." + std::to_string(os::processNumber()) + '.' +
+           std::to_string(number);
+}
 
 std::string path(const char* name, int32_t length) {
     return std::string(qx::textArgument(name, length));
@@ -186,15 +196,12 @@ void alink_(const char* name, int32_t* status, int32_t nameLength) {
 }
 
 void scrnam_(char* name, int32_t nameLength) {
-    static int32_t number = 0;
-    const std::string start =
-        os::temporaryFolder() + "/intake." + std::to_string(os::processNumber()) + ".";
     std::string scratch;
     constexpr int32_t kMostTries = 1000;
-    const int32_t last = number + kMostTries;
+    const int32_t last = scratchFiles + kMostTries;
     do {
-        scratch = start + std::to_string(++number);
-    } while (number < last && store::exists(scratch));
+        scratch = scratchName(++scratchFiles);
+    } while (scratchFiles < last && store::exists(scratch));
     qx::textResult(name, nameLength, scratch);
 }
 
@@ -202,6 +209,12 @@ void scrnamC(char* name) {
     qx::Name scratch;
     scrnam_(scratch.data(), static_cast<int32_t>(scratch.size()));
     f772cee(name, scratch.data(), static_cast<int32_t>(scratch.size()));
+}
+
+void scrdel_(void) {
+    for (int32_t number = scratchFiles; number > 0; --number) {
+        store::dropFile(scratchName(number));
+    }
 }
 
 void iename_(char* name, const int32_t* mode, int32_t* status, int32_t nameLength) {

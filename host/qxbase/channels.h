@@ -75,6 +75,9 @@ QX_API void alink_(const char* name, int32_t* status, int32_t nameLength);
 QX_API void scrnam_(char* name, int32_t nameLength);
 /* The same as a terminated string; name holds QX_NAME_LENGTH + 1 characters. */
 QX_API void scrnamC(char* name);
+/* Deletes what still has such a name in this process, for a way out that closes nothing. May be
+ * called from any thread. */
+QX_API void scrdel_(void);
 
 /* Replaces the name of a volume by that of the next: NAME.e00 is followed by NAME.e01 and so on to
  * NAME.e99, the rest of the name kept.

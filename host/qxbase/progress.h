@@ -29,13 +29,19 @@ typedef void (*QxProgress)(int32_t event, const char* code, int64_t lines, int64
 QX_API void prgset_(QxProgress progress, void* user);
 
 /* Asks the import that runs, or else the next one, to end as by an error: asked is not 0, or 0 to
- * take the wish back. It ends where a section begins, or after some thousand lines inside one, and
- * says where; what was imported until there stays. May be called at any time, from any thread and
- * from the handler of a signal. Stays in force until it is set again. */
+ * take the wish back. It ends where the next section or the next line begins, and says where; what
+ * was imported until there stays. May be called at any time, from any thread and from the handler
+ * of a signal. Stays in force until it is set again. */
 QX_API void prgstp_(const int32_t* asked);
 
 /* Looked at by the importer: asked is not 0 where it is to end. */
 QX_API void prgask_(int32_t* asked);
+
+/* Says where the importer keeps the number of the line behind which it looks up: it tells of its
+ * progress, sets the number anew and only then calls prgask_. prgstp_ sets it to 0 behind the wish,
+ * so that a wish costs nothing until there is one. Both set it, and the importer reads it, as one
+ * piece. Null for none; stays in force until it is said again. */
+QX_API void prgdue_(int64_t* line);
 
 /* Told by the importer; passed on to the host's function. */
 QX_API void prgtel_(const int32_t* event, const char* code, const int64_t* lines,

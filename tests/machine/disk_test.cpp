@@ -34,7 +34,11 @@ class FullDisk : public ProgramTest {
                           last.text.ends_with(": No space left on device");
         const Outcome dumped = run({"dump", "@disk/DS"});
         const auto lines = std::count(dumped.errors.begin(), dumped.errors.end(), '\n');
-        return result == 0 && told && lines <= 1 ? 0 : 1;
+        // A file that cannot be looked at for want of room is not called a broken one.
+        ::setenv("TMPDIR", path("disk").c_str(), 1);
+        const Outcome checked = run({"check", "--json", "@in.e00"});
+        const bool unknown = checked.status == 1 && checked.object()["verdict"] == "unknown";
+        return result == 0 && told && lines <= 1 && unknown ? 0 : 1;
     }
 };
 

@@ -109,6 +109,8 @@ TEST_F(KilledChange, LeavesTheOldOrTheNewWhole) {
             startAnew();
             killed = program(command, "file " + std::to_string(step) + " kill") == -1;
             SCOPED_TRACE(command + ", step " + std::to_string(step));
+            if (killed) fs::remove_all(temporary());
+            fs::create_directory(temporary());
             // The next command finishes it, or gives it up.
             ASSERT_EQ(program("list @", ""), 0) << fileBytes(path("errors"));
             expectNothingAstray();

@@ -2,14 +2,14 @@
 
 #include <map>
 
-#include "tests/support/scratch_test.h"
+#include "tests/support/sample_test.h"
 
 namespace intake::testing {
 namespace {
 
 using namespace std::string_literals;
 
-class Check : public ScratchTest {
+class Check : public SampleTest {
   protected:
     json checked(const std::string& file, int status) {
         const Outcome outcome = run({"check", "--json", file});
@@ -23,13 +23,13 @@ class Check : public ScratchTest {
 const std::map<std::string, std::string> kCounted = {
     {"ARC", "ARC"}, {"LAB", "LAB"}, {"CNT", "CNT"}, {"PAL", "PAL"}, {"PFF", "PFF"}, {"TOL", "TOL"}};
 
-// Those of the project, and of a folder that INTAKE_SAMPLES names.
+// Those of the project, and of a folder that INTAKE_SAMPLES names, or of the usual one.
 std::vector<std::filesystem::path> samples() {
     std::vector<std::filesystem::path> files;
     const char* more = std::getenv("INTAKE_SAMPLES");
-    for (const std::string& folder :
-         {std::string(INTAKE_SOURCE_DIR "/samples"), std::string(more ? more : "")}) {
-        if (folder.empty()) continue;
+    for (const char* folder :
+         {INTAKE_SOURCE_DIR "/samples", more ? more : INTAKE_SOURCE_DIR "/../shared/samples"}) {
+        if (!std::filesystem::is_directory(folder)) continue;
         for (const auto& entry : std::filesystem::directory_iterator(folder)) {
             if (entry.path().extension() == ".e00") files.push_back(entry.path());
         }
@@ -181,7 +181,7 @@ TEST_F(Check, AFileThatIsNoneIsToldWithWhatItLooksLike) {
     // What is no file of bytes is not waited for.
     ASSERT_EQ(::mkfifo(path("pipe").c_str(), 0600), 0);
     for (const auto& [file, what] :
-         {std::pair{"@pipe", "a pipe: "}, std::pair{"@tmp", "a folder: "},
+         {std::pair{"@pipe", "a pipe: "}, std::pair{"@.", "a folder: "},
           std::pair{"/dev/null", "no file of bytes: "}, std::pair{"@missing", "not there: "}}) {
         EXPECT_TRUE(checked(file, 1)["looksLike"].get<std::string>().starts_with(what)) << what;
     }

@@ -4,14 +4,14 @@
 #include <set>
 
 #include "tests/support/containers.h"
-#include "tests/support/scratch_test.h"
+#include "tests/support/sample_test.h"
 
 namespace intake::testing {
 namespace {
 
 using Filters = std::vector<std::string>;
 
-class Containers : public ScratchTest {
+class Containers : public SampleTest {
   protected:
     const std::string text_ = fileBytes(sample("wcr.e00"));
     const std::string other_ = fileBytes(sample("ptext.e00"));
@@ -22,7 +22,7 @@ class Containers : public ScratchTest {
         std::filesystem::create_directory(workspace);
         const Outcome outcome = run({"import", file, workspace + "/DS"});
         EXPECT_EQ(outcome.status, 0) << file << ": " << outcome.errors;
-        EXPECT_EQ(outcome.errors.find(path("tmp")), std::string::npos) << outcome.errors;
+        EXPECT_EQ(outcome.errors.find(temporary()), std::string::npos) << outcome.errors;
         return run({"dump", workspace + "/DS"}).output;
     }
     std::string failed(const std::string& file, const std::vector<std::string>& words = {}) {
@@ -240,9 +240,9 @@ std::set<std::string> filesBelow(const std::string& folder) {
 TEST_F(Containers, NamesInThemAreNoPaths) {
     const std::string plain = imported(sample("wcr.e00"));
     for (const std::string& name :
-         {std::string("../../../x.e00"), path("absolute.e00"), std::string("tmp/../../y.e00"),
-          std::string("\x1b[2J\n.e00"), std::string("...e00"), std::string("/"),
-          std::string(3000, 'n') + ".e00"}) {
+         {std::string("../x.e00"), std::string("../../../x.e00"), path("absolute.e00"),
+          std::string("tmp/../../y.e00"), std::string("\x1b[2J\n.e00"), std::string("...e00"),
+          std::string("/"), std::string(3000, 'n') + ".e00"}) {
         writeFile(path("evil.tar"), packed("pax", {}, {{name, text_}}));
         const auto before = filesBelow(path(""));
         ASSERT_EQ(run({"import", "@evil.tar", "@EVIL"}).status, name == "/" ? 1 : 0) << name;
@@ -270,6 +270,18 @@ TEST_F(Containers, StandardInputIsAFileToo) {
         EXPECT_EQ(std::system(command.c_str()), 0) << fileBytes(path("errors"));
         EXPECT_EQ(run({"dump", workspace + "/DS"}).output, plain);
     }
+    // Of several one is named, and to check them would be to read it twice.
+    writeFile(path("two.tar"), packed("ustar", {}, {{"a.e00", text_}, {"b.e00", other_}}));
+    const auto fed = [&](const std::string& words) {
+        return std::system((intake + words + " <" + path("two.tar") + " >" + path("output") +
+                            " 2>" + path("errors"))
+                               .c_str());
+    };
+    EXPECT_EQ(fed("import --quiet -::a.e00 " + path("piped1/CHOSEN")), 0);
+    EXPECT_NE(fed("import - " + path("DS")), 0);
+    EXPECT_NE(fileBytes(path("errors")).find("give one as -::NAME:\n  a.e00"), std::string::npos);
+    EXPECT_NE(fed("check --json -"), 0);
+    EXPECT_NE(fileBytes(path("output")).find("\"verdict\":\"unknown\""), std::string::npos);
     EXPECT_NE(std::system((intake + "import --max-size 1K - " + path("DS") + " <" +
                            sample("wcr.e00") + " 2>" + path("errors"))
                               .c_str()),

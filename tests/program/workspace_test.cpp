@@ -57,6 +57,7 @@ TEST_F(Workspace, IsListedWithWhatBelongsToNothing) {
     import("grid", "HEIGHTS");
     import("ifo", "STREETS");
     fs::remove_all(path("STREETS"));
+    fs::create_directory(path("empty"));
     const json found = run({"list", "--json", "@"}).object();
     ASSERT_EQ(found["datasets"].size(), 2U) << found;
     EXPECT_EQ(found["datasets"][0]["name"], "HEIGHTS");
@@ -73,6 +74,17 @@ TEST_F(Workspace, IsListedWithWhatBelongsToNothing) {
     EXPECT_NE(text.find("HEIGHTS  Grid"), std::string::npos) << text;
     EXPECT_NE(text.find("Tables that belong to no dataset:\nCOUNTRIES"), std::string::npos) << text;
     EXPECT_EQ(run({"list", "@nowhere"}).status, 1);
+    EXPECT_EQ(run({"list", "@empty"}).errors,
+              "intake: there is no dataset in " + path("empty") + '\n');
+    for (const std::string name : {"", "@info", "@.intake", "@info/"}) {
+        EXPECT_EQ(run({"import", seed("grid"), name}).status, 2) << name;
+    }
+    // A folder that stands already is no place of a dataset.
+    for (const std::string folder : {"@", "@empty"}) {
+        const Outcome refused = run({"import", seed("grid"), folder});
+        EXPECT_EQ(refused.status, 2);
+        EXPECT_NE(refused.errors.find(" is a folder and no dataset; "), std::string::npos);
+    }
 }
 
 TEST_F(Workspace, GivesUpADatasetWhenAsked) {

@@ -1,7 +1,10 @@
-// The fixture of tests of the program: commands run in this process.
+// The fixture of tests of the program: commands run in this process, with a folder for temporary
+// files of their own in which nothing may be left.
 #ifndef TESTS_SUPPORT_PROGRAM_TEST_H
 #define TESTS_SUPPORT_PROGRAM_TEST_H
 
+#include <cstdlib>
+#include <filesystem>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -20,6 +23,19 @@ struct Outcome {
 
 class ProgramTest : public ImportTest {
   protected:
+    ProgramTest() { setenv("TMPDIR", temporary().c_str(), 1); }
+    ~ProgramTest() override {
+        for (const auto& left : std::filesystem::directory_iterator(temporary())) {
+            ADD_FAILURE() << "left behind: " << left.path();
+        }
+        unsetenv("TMPDIR");
+        if (!before_.empty()) setenv("TMPDIR", before_.c_str(), 1);
+    }
+
+    std::string temporary() const {
+        return std::filesystem::path(temporary_.path("any")).parent_path().string();
+    }
+
     // A word that begins with "@" stands for a file or dataset of the workspace.
     Outcome run(std::vector<std::string> words, bool terminal = false) const {
         for (std::string& word : words) {
@@ -31,6 +47,10 @@ class ProgramTest : public ImportTest {
         const int status = program::run(words, console);
         return {status, output.str(), errors.str()};
     }
+
+  private:
+    const std::string before_ = std::getenv("TMPDIR") ? std::getenv("TMPDIR") : "";
+    const Workspace temporary_;
 };
 
 }  // namespace intake::testing

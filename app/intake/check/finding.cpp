@@ -35,6 +35,7 @@ class Collector : public ImportListener {
 
     void message(int32_t level, const std::string& text) override {
         worst_ = std::max(worst_, level);
+        if (level == QX_ERROR && text.starts_with("Could not write ")) couldNotWrite_ = true;
         // That the dataset is made, and where, is not to be seen from outside.
         if (text.starts_with(" Creating ")) return;
         if (level >= QX_NONFATAL && !finding_.place) findColumns(text);
@@ -54,6 +55,7 @@ class Collector : public ImportListener {
         if (!finding_.place) finding_.place = FoundPlace{volume, line, ""};
     }
     int32_t worst() const { return worst_; }
+    bool couldNotWrite() const { return couldNotWrite_; }
 
   private:
     template <class List>
@@ -87,6 +89,7 @@ class Collector : public ImportListener {
 
     Finding& finding_;
     int32_t worst_ = 0;
+    bool couldNotWrite_ = false;
 };
 
 void lookAtFirstLine(const Source& source, Finding& finding) {
@@ -132,6 +135,11 @@ void importTo(const Source& source, Finding& finding) {
             message.text.erase(at, workspace.path().size() + 1);
         }
     }
+    if (collector.couldNotWrite()) {
+        // What it holds was not to be seen, through no fault of its own.
+        finding.place.reset();
+        throw std::runtime_error("it could not be looked at; TMPDIR names another place");
+    }
     finding.status = kDone;
     if (result == 0) finding.status = kEnded;
     if (result != 0 && collector.worst() >= QX_NONFATAL) finding.status = kComplained;
@@ -169,12 +177,19 @@ Finding findOut(const SourceOptions& options) {
         finding.volumes = source.volumes();
         lookAtFirstLine(source, finding);
         importTo(source, finding);
-    } catch (const Undecided&) {
-        throw;
+    } catch (const Undecided& several) {
+        if (!several.names.empty()) throw;
+        finding.verdict = Verdict::kUnknown;
+        std::string text = several.what();
+        std::replace(text.begin(), text.end(), '\n', ' ');
+        finding.messages.push_back({QX_ERROR, text});
     } catch (const containers::Damage& damage) {
         if (damage.inWanted) finding.verdict = Verdict::kPartial;
         finding.messages.push_back({QX_ERROR, damage.what()});
+    } catch (const NotInIt& error) {
+        finding.messages.push_back({QX_ERROR, error.what()});
     } catch (const std::runtime_error& error) {
+        finding.verdict = Verdict::kUnknown;
         finding.messages.push_back({QX_ERROR, error.what()});
     }
     return finding;

@@ -30,7 +30,8 @@ struct FoundPlace {
     std::string columns;  // "11 to 20"; "" for the line as such
 };
 
-enum class Verdict { kWhole, kPartial, kNone };
+// Unknown is one that could not be looked at, as where a temporary file cannot be written.
+enum class Verdict { kWhole, kPartial, kNone, kUnknown };
 
 struct Finding {
     std::string file;

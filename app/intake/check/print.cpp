@@ -9,7 +9,7 @@ namespace program {
 namespace {
 
 const char* verdictOf(const Finding& finding) {
-    constexpr const char* kVerdicts[] = {"whole", "partial", "not an interchange file"};
+    constexpr const char* kVerdicts[] = {"whole", "partial", "not an interchange file", "unknown"};
     return kVerdicts[static_cast<std::size_t>(finding.verdict)];
 }
 

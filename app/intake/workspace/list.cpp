@@ -80,6 +80,11 @@ void listWorkspace(const std::string& workspace, bool json, Console& console) {
     std::vector<Row> stored;
     std::set<std::string, std::less<>> names;
     for (const datasets::Stored& each : datasets::datasetsIn(workspace)) {
+        // An empty folder would do for a map without elements, but hardly ever is one.
+        if (std::filesystem::is_directory(each.path, ignored) &&
+            std::filesystem::is_empty(each.path, ignored)) {
+            continue;
+        }
         names.insert(each.name);
         stored.push_back(
             {each.name, each.kinds, sizes.of(each.path), contentAt(each.path, each.kinds)});
@@ -102,6 +107,7 @@ void listWorkspace(const std::string& workspace, bool json, Console& console) {
         return;
     }
     print(stored, console.output);
+    if (stored.empty() && tables.empty()) complain(console, "there is no dataset in " + workspace);
     if (tables.empty()) return;
     console.output << (stored.empty() ? "" : "\n") << "Tables that belong to no dataset:\n";
     print(tables, console.output);

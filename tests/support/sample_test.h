@@ -1,27 +1,15 @@
-// The fixture of tests that use the folder for temporary files: nothing may be left in it.
-#ifndef TESTS_SUPPORT_SCRATCH_TEST_H
-#define TESTS_SUPPORT_SCRATCH_TEST_H
+// The fixture of tests that take the samples of the project.
+#ifndef TESTS_SUPPORT_SAMPLE_TEST_H
+#define TESTS_SUPPORT_SAMPLE_TEST_H
 
 #include <algorithm>
-#include <cstdlib>
-#include <filesystem>
 
 #include "tests/support/program_test.h"
 
 namespace intake::testing {
 
-class ScratchTest : public ProgramTest {
+class SampleTest : public ProgramTest {
   protected:
-    ScratchTest() {
-        std::filesystem::create_directory(path("tmp"));
-        setenv("TMPDIR", path("tmp").c_str(), 1);
-    }
-    ~ScratchTest() override {
-        EXPECT_TRUE(std::filesystem::is_empty(path("tmp")));
-        unsetenv("TMPDIR");
-        if (!before_.empty()) setenv("TMPDIR", before_.c_str(), 1);
-    }
-
     static std::string sample(const std::string& name) {
         return std::string(INTAKE_SOURCE_DIR "/samples/") + name;
     }
@@ -33,9 +21,6 @@ class ScratchTest : public ProgramTest {
         EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 1) << text;
         return text.substr(0, text.find('\n')).substr(std::min<std::size_t>(7, text.size()));
     }
-
-  private:
-    std::string before_ = std::getenv("TMPDIR") ? std::getenv("TMPDIR") : "";
 };
 
 }  // namespace intake::testing
