@@ -55,18 +55,18 @@ using Handle = std::unique_ptr<TIFF, Closing>;
 
 // Copies what a directory says of its cells.
 void copyFields(TIFF* from, TIFF* to) {
-    for (const uint32_t tag :
+    for (const int tag :
          {TIFFTAG_IMAGEWIDTH, TIFFTAG_IMAGELENGTH, TIFFTAG_TILEWIDTH, TIFFTAG_TILELENGTH}) {
         uint32_t value = 0;
-        TIFFGetField(from, tag, &value);
-        TIFFSetField(to, tag, value);
+        TIFFGetField(from, static_cast<uint32_t>(tag), &value);
+        TIFFSetField(to, static_cast<uint32_t>(tag), value);
     }
-    for (const uint32_t tag :
+    for (const int tag :
          {TIFFTAG_BITSPERSAMPLE, TIFFTAG_SAMPLEFORMAT, TIFFTAG_PHOTOMETRIC, TIFFTAG_COMPRESSION,
           TIFFTAG_PREDICTOR, TIFFTAG_SAMPLESPERPIXEL, TIFFTAG_PLANARCONFIG}) {
         uint16_t value = 0;
-        TIFFGetField(from, tag, &value);
-        TIFFSetField(to, tag, value);
+        TIFFGetField(from, static_cast<uint32_t>(tag), &value);
+        TIFFSetField(to, static_cast<uint32_t>(tag), value);
     }
 }
 

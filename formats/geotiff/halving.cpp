@@ -13,6 +13,12 @@ std::span<const Cell> cellsOf(std::span<const std::byte> bytes) {
     return {reinterpret_cast<const Cell*>(bytes.data()), bytes.size() / sizeof(Cell)};
 }
 
+template <class Cell>
+bool isNoNumber(Cell cell) {
+    if constexpr (std::is_floating_point_v<Cell>) return std::isnan(cell);
+    return false;
+}
+
 // Up to four cells that have something to say.
 template <class Cell>
 struct Four {
@@ -56,7 +62,7 @@ void halveCells(std::optional<double> noData, std::span<const Cell> above,
             for (std::size_t at = left; at < right; ++at) {
                 const Cell cell = row[at];
                 if (hasNoData && cell == missing) continue;
-                if (cell != cell) {
+                if (isNoNumber(cell)) {
                     otherwise = cell;
                 } else {
                     four.cells[four.count++] = cell;

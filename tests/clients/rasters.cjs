@@ -24,6 +24,9 @@ async function library() {
 
 const orText = (value) => (Number.isFinite(value) ? value : String(value));
 
+const noDataOf = (directory) =>
+  directory.hasTag(42113) ? Number(directory.getValue(42113).replace('\0', '')) : null;
+
 async function describe(image, withCells) {
   const [width, height] = [image.getWidth(), image.getHeight()];
   const found = { width, height, bits: image.getBitsPerSample(), format: image.getSampleFormat() };
@@ -49,7 +52,7 @@ async function cells(file) {
     origin: image.getOrigin(),
     resolution: image.getResolution(),
     box: image.getBoundingBox(),
-    noData: image.getGDALNoData(),
+    noData: noDataOf(image.fileDirectory),
     points: image.pixelIsArea() === false,
     keys: image.getGeoKeys(),
   };

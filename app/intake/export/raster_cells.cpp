@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "app/intake/export/export.h"
+#include "formats/numbers.h"
 
 namespace program {
 
@@ -17,8 +18,8 @@ constexpr double kMissingInteger = QX_MISSING_INTEGER;
 constexpr double kExactInFloat = 1 << 24;  // whole numbers up to here
 
 std::string shortest(double value) {
-    char text[32];
-    std::snprintf(text, sizeof text, "%.17g", value);
+    std::string text;
+    formats::appendShortest(text, value);
     return text;
 }
 

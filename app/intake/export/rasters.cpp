@@ -7,6 +7,7 @@
 #include "app/intake/export/systems.h"
 #include "app/intake/utf8.h"
 #include "datasets/stacks.h"
+#include "formats/numbers.h"
 
 namespace program {
 
@@ -70,13 +71,15 @@ int32_t rowsOf(const datasets::Raster& raster, const Dataset& dataset, Target& t
 }
 
 formats::Raster frameOf(const datasets::Raster& raster, const Dataset& dataset, bool points,
-                        const Window& window, Target& target) {
+                        const Window& window, const CellForm& form, Target& target) {
     const QxRaster& shape = raster.shape();
     formats::Raster frame;
     frame.name = nameOf(dataset.path);
     frame.description = dataset.kind + " " + frame.name;
     frame.columns = window.columns;
     frame.rows = window.rows;
+    frame.type = form.type;
+    frame.noData = form.noData;
     frame.points = points;
     frame.place = {shape.lowerLeft[0] + window.column * shape.cellSize[0],
                    shape.upperRight[1] - window.row * shape.cellSize[1]};
@@ -86,6 +89,11 @@ formats::Raster frameOf(const datasets::Raster& raster, const Dataset& dataset, 
                         frame.cellSize[0] > 0 && frame.cellSize[1] > 0;
     if (!placed) {
         target.report().loss(frame.name, "its cells have no size or no place, and get none");
+    }
+    if (form.noData && raster.isInteger() && *form.noData != QX_MISSING_INTEGER) {
+        std::string text = frame.name + ": cells without data hold ";
+        formats::appendShortest(text, *form.noData);
+        target.report().note(text + ".");
     }
     return frame;
 }
@@ -127,9 +135,7 @@ void exportRaster(Target& target, const Dataset& dataset, QxRasterKind kind,
     }
     const CellSurvey cells = survey(raster, points);
     const CellForm form = formFor({&cells, 1}, target.options().cellType, dataset.path);
-    formats::Raster out = frameOf(raster, dataset, points, window, target);
-    out.type = form.type;
-    out.noData = form.noData;
+    formats::Raster out = frameOf(raster, dataset, points, window, form, target);
     out.classes = raster.isInteger();
     out.system = std::move(system);
     out.bands.push_back({name, {}});
@@ -199,9 +205,7 @@ void exportAsBands(Target& target, const Dataset& stack, const std::vector<Datas
         return;
     }
     const CellForm form = formFor(surveys, target.options().cellType, stack.path);
-    formats::Raster out = frameOf(first, stack, false, window, target);
-    out.type = form.type;
-    out.noData = form.noData;
+    formats::Raster out = frameOf(first, stack, false, window, form, target);
     out.system = systemOfMember(target, members[0]);
     out.classes = true;
     for (std::size_t member = 0; member < members.size(); ++member) {
