@@ -89,7 +89,7 @@ TEST_F(Meshes, GlbIsAboutALocalOrigin) {
     EXPECT_EQ(extras["texts"]["log"], "one\ttwo\n\nthree\n");
     EXPECT_EQ(scene["nodes"][0]["scale"], json({1.0, 1.0, 0.3048}));
     EXPECT_EQ(scene["accessors"][0]["min"], json({-2.0, -1.0, 0.0}));
-    const auto part = [&](int accessor) {
+    const auto part = [&](std::size_t accessor) {
         const json& view = scene["bufferViews"][accessor];
         return binary + view["byteOffset"].get<std::size_t>();
     };

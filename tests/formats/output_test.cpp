@@ -22,16 +22,17 @@ using intake::testing::writeFile;
 namespace fs = std::filesystem;
 using Names = std::vector<std::string>;
 
-// Each format as a file and, where it can be that, as a folder.
+// Each format of layers as a file and, where it can be that, as a folder; or each of surfaces.
 struct Form {
     const Format& format;
     bool folder;
 };
 
-std::vector<Form> forms() {
+std::vector<Form> forms(bool meshes = false) {
     std::vector<Form> all;
     for (const Format& format : formats()) {
         if (format.rasters) continue;  // which has tests of its own
+        if ((format.meshes != nullptr) != meshes) continue;
         all.push_back({format, false});
         if (format.folders) all.push_back({format, true});
     }
@@ -54,6 +55,24 @@ void write(Writer& writer, int features) {
         writer.add(i, Parts({{double(i), 2, 3, 4}}), {&text, 1});
     }
     writer.end();
+}
+
+// More than fits where a test has little room.
+void writeMuch(const Form& form, const std::string& path) {
+    if (form.format.meshes) {
+        Mesh mesh;
+        mesh.vertices.resize(200'000);
+        return form.format.meshes->write(path, mesh, {});
+    }
+    auto writer = make(form, path);
+    write(*writer, 200'000);
+    writer->finish();
+}
+
+std::vector<Form> everyForm() {
+    std::vector<Form> all = forms();
+    for (const Form& each : forms(true)) all.push_back(each);
+    return all;
 }
 
 class OutputTest : public FormatsTest {};
@@ -134,18 +153,14 @@ TEST_F(OutputTest, ReplacesNothingOfAnotherKind) {
 
 // In a process of its own, whose files may not grow beyond 300 kB.
 TEST_F(OutputTest, AWriteThatFailsIsToldWithItsReason) {
-    for (const Form& form : forms()) {
+    for (const Form& form : everyForm()) {
         SCOPED_TRACE(std::string(form.format.name) + (form.folder ? " in a folder" : ""));
         const pid_t child = fork();
         if (child == 0) {
             std::signal(SIGXFSZ, SIG_IGN);
             const rlimit limit{300'000, 300'000};
             setrlimit(RLIMIT_FSIZE, &limit);
-            const std::string said = complaint([&] {
-                auto writer = make(form, path("out"));
-                write(*writer, 200'000);
-                writer->finish();
-            });
+            const std::string said = complaint([&] { writeMuch(form, path("out")); });
             _exit(said == path("out") + ": File too large" ? 0 : 1);
         }
         int status = 0;
@@ -160,13 +175,9 @@ TEST_F(OutputTest, AFullDiskIsOneClearMessage) {
     if (mount("none", path("disk").c_str(), "tmpfs", 0, "size=400k") != 0) {
         GTEST_SKIP() << "no right to make a small disk";
     }
-    for (const Form& form : forms()) {
+    for (const Form& form : everyForm()) {
         SCOPED_TRACE(std::string(form.format.name) + (form.folder ? " in a folder" : ""));
-        EXPECT_EQ(complaint([&] {
-                      auto writer = make(form, path("disk/out"));
-                      write(*writer, 200'000);
-                      writer->finish();
-                  }),
+        EXPECT_EQ(complaint([&] { writeMuch(form, path("disk/out")); }),
                   path("disk/out") + ": No space left on device");
         EXPECT_TRUE(fs::is_empty(path("disk")));
     }
@@ -204,7 +215,7 @@ TEST_F(OutputTest, NamesOutOfFilesStayInTheFolder) {
 TEST(Formats, AreFoundByNameAndEnding) {
     for (const Format& format : formats()) {
         EXPECT_EQ(formatNamed(format.name), &format);
-        EXPECT_TRUE(format.maker || !format.module.empty());
+        EXPECT_TRUE(format.maker || !format.module.empty() || format.meshes);
         const std::string first(format.endings.substr(0, format.endings.find(' ')));
         EXPECT_EQ(formatOf("some.dir/out" + first), &format);
     }
