@@ -1,10 +1,12 @@
 // A whole import to a workspace on disk, beside plain readers of the same lines.
+#include <cstdlib>
 #include <fstream>
 
 #include "bench/fortran_reader.h"
 #include "bench/generator.h"
 #include "bench/measure.h"
 #include "bench/plain_reader.h"
+#include "bench/process.h"
 #include "bench/workspace.h"
 #include "host/qxbase.h"
 #include "stream/compressed.h"
@@ -97,12 +99,56 @@ void compare(const Kind& kind, Form form) {
     comparison.rounds(importRounds()).run();
 }
 
+// The program beside another build of it, each a process of its own: of_before is the part that it
+// takes of the other's time.
+void compareWith(const std::string& before, const Kind& kind, Form form) {
+    const std::string name =
+        std::string("against/") + kind.name + kFormNames[static_cast<int>(form)];
+    const auto measure = [=, &kind](benchmark::State& state) {
+        Usage ours{1e9, 1e9};
+        Usage theirs{1e9, 1e9};
+        try {
+            prepare(kind, form);
+            for (auto _ : state) {
+                for (const auto& [program, best] :
+                     {std::pair(before, &theirs),
+                      std::pair(std::string(INTAKE_PROGRAM_PATH), &ours)}) {
+                    clearWorkspace();
+                    const Usage usage = runProgram(program, {"import", fileOf(kind, form).string(),
+                                                             (folder() / "workspace/DS").string()});
+                    best->cpu = std::min(best->cpu, usage.cpu);
+                    best->wall = std::min(best->wall, usage.wall);
+                }
+                state.SetIterationTime(ours.cpu);
+            }
+        } catch (const std::exception& exception) {
+            state.SkipWithError(exception.what());
+        }
+        clearWorkspace();
+        for (const Form each : {form, Form::kPlain}) fs::remove(fileOf(kind, each));
+        state.counters["before_s"] = theirs.cpu;
+        state.counters["intake_s"] = ours.cpu;
+        state.counters["of_before"] = ours.cpu / theirs.cpu;
+    };
+    benchmark::RegisterBenchmark(name.c_str(), measure)
+        ->UseManualTime()
+        ->Unit(benchmark::kMillisecond)
+        ->Iterations(importRounds());
+}
+
+void forEachFile(void (*measure)(const Kind&, Form)) {
+    for (const Kind& each : kinds()) measure(each, Form::kPlain);
+    for (const char* name : {"arcs_4E14.7", "arcs_2E21.14"}) measure(kind(name), Form::kCompressed);
+    measure(kind("arcs_4E14.7"), Form::kReturns);
+}
+
 }  // namespace
 
 void registerImports() {
-    for (const Kind& each : kinds()) compare(each, Form::kPlain);
-    compare(kind("arcs_4E14.7"), Form::kCompressed);
-    compare(kind("arcs_4E14.7"), Form::kReturns);
+    forEachFile(compare);
+    // Another build of the program to be measured beside this one.
+    static const char* const before = std::getenv("INTAKE_BENCH_AGAINST");
+    if (before) forEachFile([](const Kind& each, Form form) { compareWith(before, each, form); });
 }
 
 }  // namespace bench
