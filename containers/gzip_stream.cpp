@@ -28,7 +28,7 @@ GzipStream::GzipStream(int descriptor, std::string shownAs)
 GzipStream::~GzipStream() { inflateEnd(&stream_); }
 
 void GzipStream::refill() {
-    std::memmove(input_.data(), stream_.next_in ? stream_.next_in : nullptr, stream_.avail_in);
+    if (stream_.avail_in != 0) std::memmove(input_.data(), stream_.next_in, stream_.avail_in);
     ssize_t count;
     do {
         count =

@@ -130,8 +130,13 @@ TEST_F(Stop, ASecondSignalEndsAnImportThatCannotGoOn) {
     const int input = ::open(path("in.e00").c_str(), O_RDONLY | O_CLOEXEC);
     Running import({"import", "--progress", "json", "-", path("DS")}, input);
     ::close(input);
-    // It waits for somebody to read what it tells.
-    while (import.unread() < 60000) std::this_thread::yield();
+    // It waits for somebody to read what it tells, once nothing more comes.
+    for (auto [before, equal] = std::pair(import.unread(), 0); equal < 5;) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(60));
+        const auto now = import.unread();
+        equal = now == before && now >= 60000 ? equal + 1 : 0;
+        before = now;
+    }
     import.send(SIGINT);
     std::this_thread::sleep_for(std::chrono::milliseconds(50));
     EXPECT_FALSE(import.ended());
