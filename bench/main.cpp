@@ -11,6 +11,7 @@ int main(int argc, char** argv) {
         bench::registerGridMemory();
         bench::registerIndex();
         bench::registerLinear();
+        bench::registerFullWorkspace();
         bench::registerProgram();
         bench::registerPolygons();
         bench::registerFormats();

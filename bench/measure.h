@@ -72,6 +72,7 @@ void registerTin();
 void registerGridMemory();
 void registerIndex();
 void registerLinear();
+void registerFullWorkspace();
 void registerProgram();
 void registerPolygons();
 void registerFormats();

@@ -3,7 +3,7 @@
 packages_for() {
     case $1 in
         build) echo cmake ninja-build g++ libcli11-dev nlohmann-json3-dev libcairo2-dev libarchive-dev zlib1g-dev libsqlite3-dev libproj-dev proj-data pkg-config libgtest-dev libbenchmark-dev ;;
-        tests) echo pkg-config python3 ;;
+        tests) echo pkg-config python3 groff-base ;;
         fuzz) echo clang libclang-rt-14-dev llvm ;;
         coverage) echo gcovr ;;
         clients) echo python3 sqlite3 libsqlite3-mod-spatialite proj-bin ;;

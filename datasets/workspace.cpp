@@ -125,6 +125,13 @@ std::string lastName(const std::string& path) {
 }  // namespace
 
 std::vector<std::string> kindsOf(const std::string& path) {
+    int32_t status = 0;
+    call(aexist_, std::string_view(path), status);
+    if (status != 0) {
+        // A table has nothing under its own name, nor has a font.
+        if (isTable(path)) return {"Info Datafile"};
+        return isFont(path) ? std::vector<std::string>{"Font File"} : std::vector<std::string>();
+    }
     for (const Recognizer& each : kCertain) {
         if (each.fits(path)) return {each.kind};
     }

@@ -75,7 +75,7 @@ std::string_view textOf(const char* text) { return text ? std::string_view(text)
 // where the import has ended by another error by now.
 void tellFailedWrite() {
     FixedText<QX_FAILURE_PATH> path;
-    FixedText<256> reason;
+    FixedText<QX_FAILURE_PATH> reason;
     Status status = kSuccess;
     call(wrfget_, path, reason, status);
     if (status == kSuccess) error("Could not write %1%: %2%", path, reason);

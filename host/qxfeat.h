@@ -19,5 +19,6 @@
 #include "host/qxfeat/table_rows.h"
 #include "host/qxfeat/tables.h"
 #include "host/qxfeat/tolerances.h"
+#include "host/qxfeat/workspaces.h"
 
 #endif

@@ -94,6 +94,13 @@ void Assembler::Work::setRoles(bool mayBeTurned) {
 }
 
 void Assembler::Work::give() {
+    if (rings.size() == 1 && outerOf[0] == 0) {
+        if (!outerIsPositive) std::ranges::reverse(pool);
+        shape.points().swap(pool);
+        shape.endRing();
+        shape.ringCounts.push_back(1);
+        return;
+    }
     // Holes by their outer ring, in the order in which they were found.
     std::vector<uint32_t> order;
     for (uint32_t ring = 0; ring < rings.size(); ++ring) {

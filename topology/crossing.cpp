@@ -49,12 +49,10 @@ bool CrossingSearch::crossesItself(std::span<const Point> line) {
 
 // Edges that share a vertex do not cross, so neighbours need no care.
 bool CrossingSearch::between(std::size_t first, std::size_t second) const {
-    const Box& otherBox = runs_.box(0, second);
-    const std::span<const Point> line = runs_.vertices(0, first);
-    const std::span<const Point> others = runs_.vertices(0, second);
+    const std::span<const Point> line = runs_.near(first, runs_.box(0, second));
+    const std::span<const Point> others = runs_.near(second, runs_.box(0, first));
     for (std::size_t edge = 1; edge < line.size(); ++edge) {
         const Box box = boxOf(line[edge - 1], line[edge]);
-        if (!box.meets(otherBox)) continue;
         for (std::size_t other = 1; other < others.size(); ++other) {
             if (box.meets(boxOf(others[other - 1], others[other])) &&
                 cross(line[edge - 1], line[edge], others[other - 1], others[other])) {

@@ -13,7 +13,8 @@ constexpr double kGreatest = 1e100;
 bool usable(std::span<const Point> points) {
     bool usable = points.size() >= 2;
     for (const Point& point : points) {
-        usable &= std::fabs(point.x) <= kGreatest && std::fabs(point.y) <= kGreatest;
+        usable &= static_cast<bool>(static_cast<int>(std::fabs(point.x) <= kGreatest) &
+                                    static_cast<int>(std::fabs(point.y) <= kGreatest));
     }
     return usable;
 }
@@ -45,7 +46,8 @@ void Edges::append(const Edge& edge, bool whole, std::vector<Point>& points) con
 void readEdges(std::span<const int32_t> list, ArcSource& arcs, Edges& edges, Shape& shape) {
     edges.edges.clear();
     edges.pool.clear();
-    std::vector<int32_t> sorted(list.begin(), list.end());
+    std::vector<int32_t>& sorted = edges.list;
+    sorted.assign(list.begin(), list.end());
     std::erase(sorted, 0);
     std::ranges::sort(sorted, before);
 

@@ -22,6 +22,7 @@ struct Edge {
 struct Edges {
     std::vector<Edge> edges;
     std::vector<Point> pool;
+    std::vector<int32_t> list;  // numbers, sorted
 
     Point start(const Edge& edge) const { return pool[edge.backwards ? edge.end - 1 : edge.begin]; }
     Point finish(const Edge& edge) const {

@@ -17,13 +17,20 @@ Box boxOf(std::span<const Point> points) {
 
 double areaOf(std::span<const Point> ring) {
     const Point origin = ring.front();
-    double area = 0;
-    for (std::size_t index = 1; index < ring.size(); ++index) {
-        const Point& a = ring[index - 1];
-        const Point& b = ring[index];
-        area += (a.x - origin.x) * (b.y - origin.y) - (a.y - origin.y) * (b.x - origin.x);
+    // Two sums, as each addition has to wait for the one before it.
+    double area[2] = {};
+    std::size_t index = 1;
+    const auto triangle = [&](std::size_t at) {
+        const Point& a = ring[at - 1];
+        const Point& b = ring[at];
+        return (a.x - origin.x) * (b.y - origin.y) - (a.y - origin.y) * (b.x - origin.x);
+    };
+    for (; index + 1 < ring.size(); index += 2) {
+        area[0] += triangle(index);
+        area[1] += triangle(index + 1);
     }
-    return area / 2;
+    if (index < ring.size()) area[0] += triangle(index);
+    return (area[0] + area[1]) / 2;
 }
 
 }  // namespace topology

@@ -5,35 +5,41 @@ namespace topology {
 namespace {
 
 constexpr std::size_t kMostEdges = 32;
+constexpr std::size_t kFewVertices = 6;  // less to look at than to search
 
-// The first vertex behind those that go one way from a vertex on.
-std::size_t oneWay(std::span<const Point> line, std::size_t from) {
-    const std::size_t end = std::min(from + kMostEdges + 1, line.size());
+}  // namespace
+
+// Takes the run that begins at a vertex, and gives the vertex where the next one begins.
+std::size_t Runs::takeRun(std::size_t from) {
     bool right = true, left = true, up = true, down = true;
-    std::size_t vertex = from + 1;
-    for (; vertex < end; ++vertex) {
-        const Point& a = line[vertex - 1];
-        const Point& b = line[vertex];
+    Way way = Way::right;
+    const std::size_t most = std::min(from + kMostEdges, line_.size() - 1);
+    Point a = line_[from];
+    Box box{a, a};
+    for (; from < most; ++from) {
+        const Point b = line_[from + 1];
         right &= b.x >= a.x;
         left &= b.x <= a.x;
         up &= b.y >= a.y;
         down &= b.y <= a.y;
         if (!(right | left | up | down)) break;
+        way = right ? Way::right : left ? Way::left : up ? Way::up : Way::down;
+        box = joined(box, {b, b});
+        a = b;
     }
-    return vertex;
+    ways_.push_back(way);
+    boxes_.push_back(box);
+    return from;
 }
-
-}  // namespace
 
 void Runs::over(std::span<const Point> line) {
     line_ = line;
     starts_.assign(1, 0);
+    ways_.clear();
     boxes_.clear();
     levels_.assign(1, 0);
     while (starts_.back() + 1 < line.size()) {
-        const std::size_t first = starts_.back(), end = oneWay(line, first);
-        boxes_.push_back(boxOf(line.subspan(first, end - first)));
-        starts_.push_back(end - 1);
+        starts_.push_back(takeRun(starts_.back()));
     }
     while (boxes_.size() - levels_.back() > 1) {
         const std::size_t begin = levels_.back(), end = boxes_.size();
@@ -41,6 +47,32 @@ void Runs::over(std::span<const Point> line) {
         for (std::size_t box = begin; box < end; box += 2) {
             boxes_.push_back(box + 1 < end ? joined(boxes_[box], boxes_[box + 1]) : boxes_[box]);
         }
+    }
+}
+
+std::span<const Point> Runs::near(std::size_t run, const Box& box) const {
+    const std::span<const Point> line = vertices(0, run);
+    if (line.size() <= kFewVertices) return line;
+    const auto between = [&](auto&& before, auto&& notBehind) {
+        auto first = std::partition_point(line.begin(), line.end(), before);
+        auto last = std::partition_point(first, line.end(), notBehind);
+        if (first != line.begin()) --first;
+        if (last != line.end()) ++last;
+        return std::span<const Point>(first, last);
+    };
+    switch (ways_[run]) {
+        case Way::right:
+            return between([&](const Point& point) { return point.x < box.least.x; },
+                           [&](const Point& point) { return point.x <= box.greatest.x; });
+        case Way::left:
+            return between([&](const Point& point) { return point.x > box.greatest.x; },
+                           [&](const Point& point) { return point.x >= box.least.x; });
+        case Way::up:
+            return between([&](const Point& point) { return point.y < box.least.y; },
+                           [&](const Point& point) { return point.y <= box.greatest.y; });
+        default:
+            return between([&](const Point& point) { return point.y > box.greatest.y; },
+                           [&](const Point& point) { return point.y >= box.least.y; });
     }
 }
 

@@ -3,6 +3,7 @@
 #ifndef TOPOLOGY_RUNS_H
 #define TOPOLOGY_RUNS_H
 
+#include <cstdint>
 #include <span>
 #include <vector>
 
@@ -34,9 +35,16 @@ class Runs {
         return line_.subspan(first, last - first + 1);
     }
 
+    // The part of a run of the lowest level that holds all its edges in a box, and few others.
+    std::span<const Point> near(std::size_t run, const Box& box) const;
+
   private:
+    enum class Way : uint8_t { right, left, up, down };
+    std::size_t takeRun(std::size_t from);
+
     std::span<const Point> line_;
     std::vector<std::size_t> starts_;  // first vertices of the runs of the lowest level; the last
+    std::vector<Way> ways_;            // of these runs
     std::vector<Box> boxes_;
     std::vector<std::size_t> levels_;  // where the boxes of each begin
 };

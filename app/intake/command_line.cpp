@@ -4,6 +4,7 @@
 #include <new>
 
 #include "app/intake/commands/commands.h"
+#include "app/intake/commands/guide.h"
 #include "app/intake/suggestions.h"
 #include "app/intake/version.h"
 
@@ -11,33 +12,16 @@ namespace program {
 
 namespace {
 
-constexpr char kExamples[] =
-    R"(Examples:
-  intake import roads.e00 roads             rebuild the dataset of an interchange file
-  intake import --json roads.e00 roads      ... and tell the outcome as one JSON object
-  intake import roads.zip roads             ... out of an archive or a compressed file
-  intake check roads.e00                    what a file is, and whether it is whole
-  intake show roads                         what it is, and what it holds
-  intake dump roads                         print every record, one JSON object a line
-  intake dump roads --class arc             ... of one class only
-  intake draw roads roads.svg               a picture of it, as SVG or PNG
-  intake convert roads.e00 roads.gpkg       from the file to a format that others open
-  intake export roads roads.gpkg            the same of a dataset that was imported
-  intake pack roads.e00 small.e00           the same file in compressed form
-  intake unpack small.e00 plain.e00         ... and in plain form again
-
-Rebuilds geographic datasets from an 80-column interchange text file.)";
-
 // In the order of the help.
 constexpr void (*kCommands[])(CLI::App&, Console&, int&) = {
-    addImport, addCheck,   addShow, addDump,   addDraw,
-    addExport, addConvert, addPack, addUnpack, addHelp,
+    addImport, addCheck,  addList,    addShow, addDump,   addDraw, addRemove,
+    addRename, addExport, addConvert, addPack, addUnpack, addHelp,
 };
 
 }  // namespace
 
 void addCommands(CLI::App& app, Console& console, int& status) {
-    app.description(kExamples);
+    app.description(helpOpening());
     app.set_version_flag("--version", versionText, "Tell the version, its build and its modules");
     app.require_subcommand(1);
     for (const auto& add : kCommands) add(app, console, status);

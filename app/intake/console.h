@@ -2,6 +2,7 @@
 #ifndef APP_INTAKE_CONSOLE_H
 #define APP_INTAKE_CONSOLE_H
 
+#include <istream>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -11,8 +12,9 @@ namespace program {
 struct Console {
     std::ostream& output;
     std::ostream& errors;
-    bool terminal = false;  // errors go to somebody's screen
-    bool coloured = false;  // ... that may show colours
+    bool terminal = false;          // errors go to somebody's screen
+    bool coloured = false;          // ... that may show colours
+    std::istream* input = nullptr;  // where somebody can be asked, null if nobody can
 };
 
 enum ExitStatus : int {

@@ -15,6 +15,7 @@
 #include "app/intake/progress_line.h"
 #include "app/intake/summary.h"
 #include "app/intake/utf8.h"
+#include "app/intake/workspace/changes.h"
 #include "datasets/workspace.h"
 #include "host/qxbase.h"
 
@@ -31,14 +32,16 @@ class Report : public ImportListener {
           line_(console.errors, console.terminal && !options.quiet && !options.events),
           events_(console.errors, options.events) {}
 
-    void start(const Source& source) {
+    void start(const Source& source, const Replacement* replacement) {
+        replacement_ = replacement;
         int64_t bytes = 0;
         for (const auto& volume : source.volumes()) bytes += static_cast<int64_t>(volume.bytes);
         bytes_ = BytesRead(bytes);
         events_.start(options_.source.file, options_.dataset, bytes);
     }
 
-    void message(int32_t level, const std::string& text) override {
+    void message(int32_t level, const std::string& told) override {
+        const std::string text = replacement_ ? replacement_->shown(told) : told;
         worst_ = std::max(worst_, level);
         keep(messages_, [&]() -> nlohmann::ordered_json {
             return {{"level", levelName(level)}, {"text", toUtf8(text)}};
@@ -117,6 +120,7 @@ class Report : public ImportListener {
     Console& console_;
     ProgressLine line_;
     ImportEvents events_;
+    const Replacement* replacement_ = nullptr;
     BytesRead bytes_{0};
     std::string section_;
     int32_t worst_ = 0;
@@ -150,11 +154,17 @@ std::string lastLine(const ImportOptions& options, const std::string& summary, i
 }  // namespace
 
 int importFile(const ImportOptions& options, Console& console) {
-    if (!options.force && standsAlready(options.dataset)) {
-        complain(console, options.dataset + " exists already; --force imports to it all the same");
+    finishChanges(workspaceOf(options.dataset), console);
+    const bool stands = (options.replace || !options.force) && standsAlready(options.dataset);
+    if (stands && !options.replace) {
+        complain(console, options.dataset +
+                              " exists already; --replace puts the new one in its place, --force "
+                              "imports to it all the same");
         return kWrongUsage;
     }
     const Interrupts interrupts;
+    std::optional<Replacement> replacement;
+    if (stands) replacement.emplace(options.dataset);
     Report report(options, console);
     const auto begun = std::chrono::steady_clock::now();
     std::optional<Source> source;
@@ -168,9 +178,10 @@ int importFile(const ImportOptions& options, Console& console) {
     }
     int32_t result = 0;
     if (source) {
-        report.start(*source);
+        report.start(*source, replacement ? &*replacement : nullptr);
         // Standard output is for the object alone.
-        result = runImport(*source, options.dataset, options.quiet && !options.json, report);
+        result = runImport(*source, replacement ? replacement->beside() : options.dataset,
+                           options.quiet && !options.json, report);
     }
     int status = report.worst() >= QX_NONFATAL ? kComplained : kDone;
     std::string looksLike;
@@ -184,9 +195,25 @@ int importFile(const ImportOptions& options, Console& console) {
         status = kComplained;
     }
     if (result == 0 && interruptedBy() == 0) status = kEnded;
+    if (status != kDone && interruptedBy() == 0) {
+        // What the library's words leave open: no folder, something in the way.
+        const std::string reason = refusedWrite();
+        if (!reason.empty()) {
+            report.remark("could not write " + (replacement ? replacement->shown(reason) : reason));
+        }
+    }
+    bool kept = false;  // the old dataset
+    if (replacement) {
+        kept = status != kDone && !(status == kComplained && looksLike.empty() && options.force);
+        if (kept) {
+            report.remark("the " + options.dataset + " that was there stays as it was");
+        } else {
+            replacement->put();
+        }
+    }
     const std::chrono::duration<double> time = std::chrono::steady_clock::now() - begun;
     std::string summary;
-    if (report.begun() && !options.isTemporary && (!options.quiet || options.events)) {
+    if (report.begun() && !kept && !options.isTemporary && (!options.quiet || options.events)) {
         summary = summaryOf(options.dataset, report.kind());
     }
     if (!summary.empty() && !options.events) {

@@ -1,5 +1,7 @@
 #include "app/intake/import_run.h"
 
+#include "host/cpp/call.h"
+#include "host/cpp/fixed_text.h"
 #include "host/qxbase.h"
 #include "include/intakedl.h"
 
@@ -59,6 +61,15 @@ int32_t runImport(const Source& source, const std::string& dataset, bool quiet,
                   ImportListener& listener) {
     const Ears ears(source, listener);
     return ImportFile(source.path().c_str(), dataset.c_str(), quiet ? 1 : 0);
+}
+
+std::string refusedWrite() {
+    qx::FixedText<QX_FAILURE_PATH> path;
+    qx::FixedText<QX_FAILURE_PATH> reason;
+    int32_t status = 0;
+    qx::call(rfsget_, path, reason, status);
+    if (status != 0) return {};
+    return std::string(path.view()) + ": " + std::string(reason.view());
 }
 
 }  // namespace program

@@ -31,6 +31,10 @@ class ImportListener {
 int32_t runImport(const Source& source, const std::string& dataset, bool quiet,
                   ImportListener& listener);
 
+// The first file or folder that the last import did not make because its name cannot be one, or is
+// another's, and why: "data/ROADS: there is no folder data". Empty if there was none.
+std::string refusedWrite();
+
 }  // namespace program
 
 #endif

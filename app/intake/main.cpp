@@ -60,7 +60,8 @@ int main(int count, char** arguments) {
     if (count > 1 && onlyReads(arguments[1])) std::set_new_handler(endReading);
     std::ios::sync_with_stdio(false);
     const bool terminal = ::isatty(STDERR_FILENO) != 0;
-    program::Console console{std::cout, std::cerr, terminal, terminal && wantsColours()};
+    program::Console console{std::cout, std::cerr, terminal, terminal && wantsColours(),
+                             ::isatty(STDIN_FILENO) != 0 ? &std::cin : nullptr};
     try {
         return program::run(std::vector<std::string>(arguments + 1, arguments + count), console);
     } catch (const std::bad_alloc&) {

@@ -1,11 +1,14 @@
 #include "host/qxbase/failures.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <string_view>
 #include <system_error>
 
 #include "companions/qxbase/state.h"
+#include "companions/store/file.h"
+#include "companions/store/member_names.h"
 #include "host/cpp/call.h"
 #include "host/qxbase/messages.h"
 
@@ -31,17 +34,34 @@ struct Failure {
 
 Failure write;
 Failure read;
+Failure refused;
 
 std::string reasonOf(const Failure& failure) {
     if (failure.error == 0) return "it is damaged";
+    if (failure.error == ENOENT) {
+        // Where a file is to be written it is the folder that is not there.
+        const std::string folder(store::directoryPart(failure.name()));
+        if (!folder.empty() && !store::leadsToDirectory(folder)) {
+            return "there is no folder " + folder;
+        }
+    }
     return std::generic_category().message(failure.error);
+}
+
+void handOut(Failure& failure, char* path, char* reason, int32_t* status, int32_t pathLength,
+             int32_t reasonLength) {
+    const bool failed = failure.happened;
+    qx::textResult(reason, reasonLength, failed ? reasonOf(failure) : std::string());
+    qx::textResult(path, pathLength, failed ? failure.name() : std::string_view());
+    failure.happened = false;
+    *status = failed ? 0 : -1;
 }
 
 }  // namespace
 
 namespace qxbase {
 
-void forgetFailures() { write.happened = read.happened = false; }
+void forgetFailures() { write.happened = read.happened = refused.happened = false; }
 
 void tellFailedRead() {
     if (!read.happened) return;
@@ -63,9 +83,11 @@ void wrfailC(const char* path, int32_t error) { write.note(path, error); }
 void rdfailC(const char* path, int32_t error) { read.note(path, error); }
 
 void wrfget_(char* path, char* reason, int32_t* status, int32_t pathLength, int32_t reasonLength) {
-    const bool failed = write.happened;
-    qx::textResult(reason, reasonLength, failed ? reasonOf(write) : std::string());
-    qx::textResult(path, pathLength, failed ? write.name() : std::string_view());
-    write.happened = false;
-    *status = failed ? 0 : -1;
+    handOut(write, path, reason, status, pathLength, reasonLength);
+}
+
+void refuseC(const char* path, int32_t error) { refused.note(path, error); }
+
+void rfsget_(char* path, char* reason, int32_t* status, int32_t pathLength, int32_t reasonLength) {
+    handOut(refused, path, reason, status, pathLength, reasonLength);
 }

@@ -8,7 +8,7 @@
 namespace qxbase {
 
 TextReader::TextReader(store::File file) : file_(std::move(file)) {
-    const int64_t size = std::max<int64_t>(file_.size(), 0);
+    const int64_t size = std::max<int64_t>(file_.sizeWhenOpened(), 0);
     // A small file needs a small block; one byte more shows its end at once.
     block_.resize(static_cast<std::size_t>(
         std::clamp<int64_t>(size + 1, 4096, static_cast<int64_t>(kBlockBytes))));

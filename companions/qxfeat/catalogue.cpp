@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <span>
+#include <utility>
 
 #include "companions/qxfeat/packed_words.h"
 #include "companions/qxfeat/table_definition.h"
@@ -21,12 +23,28 @@ constexpr std::size_t kErasedKept = 64;
 struct Kept {
     std::string directory;
     store::File::Identity file;
+    // By ourselves: when is not known, and whoever finds the file as long as it was finds it so.
+    bool changed = false;
     Catalogue catalogue;
     int64_t end = 0;  // behind the last whole entry
+    // The last whole entry, by which a file that was appended to is known again; at 0 if none.
+    int64_t lastStart = 0;
+    int32_t lastNumber = 0;
+    std::string lastName;
     std::size_t erased = 0;
 };
 
 Kept kept;
+
+// The files of the catalogue that is being changed, open until it is settled.
+struct Changing {
+    std::string directory;
+    store::File lock;
+    store::File catalogue;
+    int32_t nextNumber = 1;  // behind those that were taken meanwhile
+};
+
+Changing changing;
 
 // The table's number, negative for one that was erased. Without a name the number is taken and
 // nothing more.
@@ -34,14 +52,13 @@ bool takeEntry(int32_t number, const std::string& name) {
     if (number == 0 || number == INT32_MIN || std::abs(number) == INT32_MAX) return false;
     Catalogue& catalogue = kept.catalogue;
     if (number < 0) {
-        if (catalogue.numbers.erase(name) != 0) catalogue.nameBytes -= name.size();
+        catalogue.numbers.erase(name);
         ++kept.erased;
         return true;
     }
     if (!name.empty()) {
         if (!catalogue.hasRoomFor(name)) return false;
-        const bool added = catalogue.numbers.insert_or_assign(name, number).second;
-        if (added) catalogue.nameBytes += name.size();
+        catalogue.numbers.set(name, number);
     }
     catalogue.nextNumber = std::max(catalogue.nextNumber, number + 1);
     return true;
@@ -57,13 +74,9 @@ bool canEndIn(int32_t number, const std::string& name) {
 
 void readEntries(PackedReader& reader) {
     Catalogue& catalogue = kept.catalogue;
-    int32_t version = 0;
-    reader >> version >> catalogue.nextNumber >> catalogue.statisticsBytes;
-    catalogue.sound = reader.ok() && version == kVersion && catalogue.nextNumber >= 1;
-    kept.end = reader.position();
+    std::string name;
     while (catalogue.sound) {
         int32_t number = 0;
-        std::string name;
         (reader >> number).text(name, QX_TABLE_NAME_LENGTH);
         // An entry that is not whole was cut off, or is being written.
         if (reader.atEnd()) {
@@ -71,6 +84,9 @@ void readEntries(PackedReader& reader) {
             return;
         }
         catalogue.sound = reader.ok() && takeEntry(number, name);
+        kept.lastStart = kept.end;
+        kept.lastNumber = number;
+        kept.lastName = name;
         kept.end = reader.position();
     }
 }
@@ -78,105 +94,184 @@ void readEntries(PackedReader& reader) {
 void readAnew(const std::string& directory, const std::string& path) {
     kept = {};
     kept.directory = directory;
+    Catalogue& catalogue = kept.catalogue;
     PackedReader reader(path, kMark);
-    if (reader.ok()) {
-        readEntries(reader);
-    } else {
-        kept.catalogue.sound = !store::exists(path);
+    if (!reader.ok()) {
+        catalogue.sound = !store::exists(path);
+        return;
     }
+    int32_t version = 0;
+    reader >> version >> catalogue.nextNumber >> catalogue.statisticsBytes;
+    catalogue.sound = reader.ok() && version == kVersion && catalogue.nextNumber >= 1;
+    kept.end = reader.position();
+    // About what a catalogue of so many bytes lists; each table has two entries.
+    const auto bytes = static_cast<std::size_t>(reader.identity().size);
+    const std::size_t tables = std::min(bytes / 26 + 16, Catalogue::kMostTables);
+    catalogue.numbers.reserve(tables, std::min(bytes / 2, Catalogue::kMostNameBytes));
+    readEntries(reader);
+    kept.file = reader.identity();
+}
+
+// Reads what was appended. False if the file is not what it was up to there: one that was written
+// anew may look like it, where the number of the old file was given to the new one.
+bool readOn(const std::string& path) {
+    if (kept.lastStart == 0) return false;
+    PackedReader reader(path, kept.lastStart);
+    const bool same = reader.identity().isSameFile(kept.file);
+    // What memory ends in the middle of is read anew.
+    kept.file = {};
+    int32_t number = 0;
+    std::string name;
+    (reader >> number).text(name, QX_TABLE_NAME_LENGTH);
+    if (!same || !reader.ok() || number != kept.lastNumber || name != kept.lastName) return false;
+    readEntries(reader);
+    kept.file = reader.identity();
+    kept.changed = false;
+    return true;
+}
+
+// Whether the file is what it was when it was read or changed.
+bool isCurrent(const store::File::Identity& now) {
+    if (now == kept.file) return true;
+    if (!kept.changed || !now.isSameFile(kept.file) || now.size != kept.file.size) return false;
+    kept.file = now;
+    kept.changed = false;
+    return true;
 }
 
 bool replaceCatalogue() {
     const Catalogue& catalogue = kept.catalogue;
     PackedWriter writer;
     writer.raw(kMark) << kVersion << catalogue.nextNumber << catalogue.statisticsBytes;
-    for (const Catalogue::Entry& entry : catalogue.entries()) {
+    int64_t lastStart = 0;
+    const std::vector<Catalogue::Entry> entries = catalogue.entries();
+    for (const Catalogue::Entry& entry : entries) {
+        lastStart = static_cast<int64_t>(writer.bytes().size());
         writer << entry.number << entry.name;
     }
     const std::string path = cataloguePath(kept.directory);
     if (!store::replaceFile(path, writer.bytes())) return false;
-    kept.file = store::File::read(path).identity();
+    kept.file = store::File::identityOf(path);
+    kept.changed = false;
     kept.end = kept.file.size;
     kept.erased = 0;
+    kept.lastStart = lastStart;
+    kept.lastNumber = entries.empty() ? 0 : entries.back().number;
+    kept.lastName = entries.empty() ? std::string_view() : entries.back().name;
     return true;
 }
 
-bool addEntry(int32_t number, const std::string& name) {
+// The file of the catalogue that was read last, to be written to; false, and noted, if it cannot
+// be.
+bool openToChange() {
+    store::File& file = changing.catalogue;
+    if (file.isOpen() && file.identityWhenOpened().isSameFile(kept.file)) return true;
+    file = store::File::readWrite(cataloguePath(kept.directory));
+    if (!file.isOpen()) wrfailC(file.path().c_str(), errno);
+    return file.isOpen();
+}
+
+// Writes entries behind the others, all or none.
+bool append(std::span<const Listing> entries) {
     PackedWriter writer;
-    writer << number << std::string_view(name);
-    store::File file = store::File::readWrite(cataloguePath(kept.directory));
-    if (!file.isOpen()) {
-        wrfailC(file.path().c_str(), errno);
-        return false;
+    int64_t lastStart = 0;
+    for (const Listing& entry : entries) {
+        lastStart = kept.end + static_cast<int64_t>(writer.bytes().size());
+        writer << entry.number << std::string_view(entry.name);
     }
+    if (!openToChange()) return false;
+    store::File& file = changing.catalogue;
     // What stands behind the last whole entry is half of one.
-    if (file.size() != kept.end && !file.truncate(kept.end)) return false;
+    if (kept.file.size != kept.end && !file.truncate(kept.end)) return false;
     if (!file.writeAt(kept.end, writer.bytes())) {
         file.truncate(kept.end);
         return false;
     }
-    takeEntry(number, name);
+    // What memory ends in the middle of is read anew.
+    store::File::Identity now = std::exchange(kept.file, {});
+    for (const Listing& entry : entries) takeEntry(entry.number, entry.name);
+    kept.lastStart = lastStart;
+    kept.lastNumber = entries.back().number;
+    kept.lastName = entries.back().name;
     kept.end += static_cast<int64_t>(writer.bytes().size());
-    kept.file = file.identity();
+    now.size = kept.end;
+    kept.file = now;
+    kept.changed = true;
     return true;
+}
+
+// Keeps the file of the lock open, and closes those of another directory.
+bool openLock(const std::string& directory) {
+    if (changing.lock.isOpen() && changing.directory == directory) return true;
+    settleCatalogue();
+    changing.directory = directory;
+    changing.lock =
+        store::File::create(store::joinPath(directory, "lock"), store::File::Creation::kKeep);
+    if (!changing.lock.isOpen()) wrfailC(changing.lock.path().c_str(), errno);
+    return changing.lock.isOpen();
 }
 
 }  // namespace
 
-int32_t Catalogue::find(std::string_view name) const {
-    const auto found = numbers.find(name);
-    return found == numbers.end() ? 0 : found->second;
-}
-
-std::vector<Catalogue::Entry> Catalogue::entries() const {
-    std::vector<Entry> list;
-    list.reserve(numbers.size());
-    for (const auto& [name, number] : numbers) list.push_back({number, name});
-    std::sort(list.begin(), list.end(),
-              [](const Entry& left, const Entry& right) { return left.number < right.number; });
-    return list;
-}
-
 const Catalogue& readCatalogue(const std::string& directory) {
     const std::string path = cataloguePath(directory);
-    const auto file = store::File::read(path).identity();
-    if (!file.known() || file != kept.file || directory != kept.directory) {
-        readAnew(directory, path);
-        kept.file = file;
+    const auto file = store::File::identityOf(path);
+    const bool same = directory == kept.directory && file.known();
+    if (!same || !isCurrent(file)) {
+        const bool longer = same && kept.catalogue.sound && file.isSameFile(kept.file) &&
+                            file.size > kept.file.size;
+        if (!longer || !readOn(path)) readAnew(directory, path);
     }
     // Each import that meets it says so.
     if (!kept.catalogue.sound) rdfailC(path.c_str(), 0);
     return kept.catalogue;
 }
 
-void forgetCatalogue() { kept = {}; }
-
-CatalogueLock::CatalogueLock(const std::string& directory)
-    : file_(store::File::create(store::joinPath(directory, "lock"), store::File::Creation::kKeep)) {
-    if (!file_.isOpen()) {
-        wrfailC(file_.path().c_str(), errno);
-        return;
+void settleCatalogue() {
+    if (kept.changed && changing.catalogue.isOpen()) {
+        // What others have written since is behind what is known.
+        const auto now = changing.catalogue.identity();
+        if (!isCurrent(now) && now.isSameFile(kept.file) && now.size > kept.file.size) {
+            kept.changed = false;
+        }
     }
-    held_ = file_.lock();
+    changing = {};
+    // What was half written, or by the wrong hand, is looked at again.
+    if (kept.changed || !kept.catalogue.sound || kept.end != kept.file.size) kept = {};
 }
 
-int32_t takeNumber() {
-    Catalogue& catalogue = kept.catalogue;
-    // Tables of which a damaged catalogue does not know keep their files.
-    while (catalogue.nextNumber < INT32_MAX - 1 &&
-           store::exists(tableFile(kept.directory, catalogue.nextNumber, "def"))) {
-        ++catalogue.nextNumber;
+CatalogueLock::CatalogueLock(const std::string& directory)
+    : held_(openLock(directory) && changing.lock.lock()) {}
+
+CatalogueLock::~CatalogueLock() {
+    if (held_) changing.lock.unlock();
+}
+
+TakenNumber takeNumber(const std::string& directory) {
+    if (!openLock(directory)) return {};
+    if (!kept.file.known()) {
+        const CatalogueLock lock(directory);
+        const bool sound = readCatalogue(directory).sound;
+        if (!lock.held() || !sound || (!kept.file.known() && !replaceCatalogue())) {
+            wrfailC(cataloguePath(directory).c_str(), sound ? errno : 0);
+            return {};
+        }
     }
-    const int32_t number = catalogue.nextNumber;
-    if (number >= INT32_MAX - 1) {
-        wrfailC(cataloguePath(kept.directory).c_str(), ENOSPC);
-        return 0;
+    if (!openToChange()) return {};
+    // Tables of which a damaged catalogue does not know keep their files, and so do those that
+    // another process is making.
+    int32_t& number = changing.nextNumber;
+    for (number = std::max(number, kept.catalogue.nextNumber); number < INT32_MAX - 1; ++number) {
+        store::File file = store::File::create(tableFile(directory, number, "def"),
+                                               store::File::Creation::kMustBeNew);
+        if (file.isOpen()) return {number++, std::move(file)};
+        if (errno != EEXIST) {
+            wrfailC(file.path().c_str(), errno);
+            return {};
+        }
     }
-    if (!kept.file.known() && !replaceCatalogue()) {
-        wrfailC(cataloguePath(kept.directory).c_str(), errno);
-        return 0;
-    }
-    return addEntry(number, {}) ? number : 0;
+    wrfailC(cataloguePath(directory).c_str(), ENOSPC);
+    return {};
 }
 
 bool enterTable(const std::string& directory, int32_t number, const std::string& name) {
@@ -184,16 +279,48 @@ bool enterTable(const std::string& directory, int32_t number, const std::string&
     const Catalogue& catalogue = readCatalogue(directory);
     if (!lock.held() || !catalogue.sound) return false;
     const bool full = !catalogue.hasRoomFor(name);
-    if (!full && catalogue.find(name) == 0) return addEntry(number, name);
+    const Listing entries[] = {{number, {}}, {number, name}};
+    if (!full && catalogue.find(name) == 0) return append(entries);
     // Another process was faster.
     wrfailC(cataloguePath(directory).c_str(), full ? ENOSPC : EEXIST);
     return false;
 }
 
 bool removeTable(const std::string& name) {
-    if (!addEntry(-kept.catalogue.find(name), name)) return false;
+    const Listing entry[] = {{-kept.catalogue.find(name), name}};
+    if (!append(entry)) return false;
     // A log that cannot be written anew is as good as it was.
     if (kept.erased > kept.catalogue.numbers.size() + kErasedKept) replaceCatalogue();
+    return true;
+}
+
+bool changeTables(const std::string& directory, std::span<const Listing> erased,
+                  std::span<const Listing> entered) {
+    const CatalogueLock lock(directory);
+    Catalogue& catalogue = kept.catalogue;
+    if (!lock.held() || !readCatalogue(directory).sound) {
+        wrfailC(cataloguePath(directory).c_str(), 0);
+        return false;
+    }
+    const store::File::Identity now = std::exchange(kept.file, {});
+    bool changed = false;
+    for (const Listing& table : erased) {
+        if (catalogue.find(table.name) != table.number) continue;
+        catalogue.numbers.erase(table.name);
+        changed = true;
+    }
+    for (const Listing& table : entered) {
+        if (catalogue.find(table.name) == table.number) continue;
+        if (!catalogue.hasRoomFor(table.name)) {
+            wrfailC(cataloguePath(directory).c_str(), ENOSPC);
+            return false;
+        }
+        catalogue.numbers.set(table.name, table.number);
+        catalogue.nextNumber = std::max(catalogue.nextNumber, table.number + 1);
+        changed = true;
+    }
+    if (changed || kept.erased > 0) return replaceCatalogue();
+    kept.file = now;
     return true;
 }
 

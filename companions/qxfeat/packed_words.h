@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <cstring>
 #include <span>
 #include <string>
 #include <string_view>
@@ -28,8 +29,9 @@ class PackedWriter {
         return raw(text);
     }
     PackedWriter& raw(std::string_view text) {
-        const auto bytes = std::as_bytes(std::span(text));
-        bytes_.insert(bytes_.end(), bytes.begin(), bytes.end());
+        const std::size_t end = bytes_.size();
+        bytes_.resize(end + text.size());
+        if (!text.empty()) std::memcpy(bytes_.data() + end, text.data(), text.size());
         return *this;
     }
     std::span<const std::byte> bytes() const { return bytes_; }
@@ -42,16 +44,26 @@ class PackedWriter {
 class PackedReader {
   public:
     // Not ok if the file cannot be read or does not begin with the mark.
-    PackedReader(const std::string& path, std::string_view mark) : file_(store::File::read(path)) {
-        constexpr int64_t kMostPiece = 64 * 1024;
-        ok_ = file_.isOpen();
-        if (!ok_) return;
-        piece_.resize(static_cast<std::size_t>(std::clamp<int64_t>(file_.size(), 1, kMostPiece)));
+    PackedReader(const std::string& path, std::string_view mark) : PackedReader(path, int64_t{0}) {
         std::string start;
         readText(start, mark.size());
         ok_ = ok_ && start == mark;
     }
+    // From a position on.
+    PackedReader(const std::string& path, int64_t position)
+        : file_(store::File::read(path)), pieceStart_(position), ok_(file_.isOpen()) {
+        constexpr int64_t kMostPiece = 64 * 1024;
+        const int64_t left = file_.sizeWhenOpened() - position;
+        if (ok_) piece_.resize(static_cast<std::size_t>(std::clamp<int64_t>(left, 1, kMostPiece)));
+    }
+    // What the file was when it was opened.
+    const store::File::Identity& identity() const { return file_.identityWhenOpened(); }
     PackedReader& operator>>(int32_t& value) {
+        if (ok_ && end_ - next_ >= sizeof value) {
+            value = store::get<int32_t>(piece_.data() + next_);
+            next_ += sizeof value;
+            return *this;
+        }
         std::array<std::byte, sizeof value> bytes;
         if (take(bytes)) value = store::get<int32_t>(bytes.data());
         return *this;
@@ -73,6 +85,11 @@ class PackedReader {
 
   private:
     void readText(std::string& text, std::size_t length) {
+        if (end_ - next_ >= length) {
+            text.assign(reinterpret_cast<const char*>(piece_.data() + next_), length);
+            next_ += length;
+            return;
+        }
         text.resize(length);
         taken_ = 0;
         take(std::as_writable_bytes(std::span(text)));

@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstring>
 #include <new>
+#include <utility>
 
 #include "companions/qxfeat/catalogue.h"
 #include "companions/store/member_names.h"
@@ -16,7 +17,13 @@ namespace {
 
 Table* beingWritten = nullptr;
 
-// Whether a path leads from the workspace to a file inside it.
+}  // namespace
+
+store::HandleTable<Table>& tables() {
+    static store::HandleTable<Table> open;
+    return open;
+}
+
 bool staysInside(std::string_view path) {
     if (path.empty() || path.front() == '/') return false;
     while (!path.empty()) {
@@ -27,18 +34,12 @@ bool staysInside(std::string_view path) {
     return true;
 }
 
-}  // namespace
-
-store::HandleTable<Table>& tables() {
-    static store::HandleTable<Table> open;
-    return open;
-}
-
 Table* tableBeingWritten() { return beingWritten; }
 
-std::unique_ptr<Table> Table::define(const std::string& directory, int32_t number,
+std::unique_ptr<Table> Table::define(const std::string& directory, TakenNumber taken,
                                      std::string_view name) {
-    std::unique_ptr<Table> table(new Table(directory, number));
+    std::unique_ptr<Table> table(new Table(directory, taken.number));
+    table->definitionFile_ = std::move(taken.definition);
     table->definition_.name = name;
     table->changed_ = true;
     table->listed_ = false;
@@ -143,7 +144,9 @@ bool Table::startRecords() {
     store::RecordHeader header;
     header.code = kTableRecordsCode;
     header.recordBytes = definition_.storedLength;
-    writer_ = store::RecordWriter::create(recordsPath(), header, opened_);
+    // Nobody reads the records of a table that is not listed: their header comes with the first.
+    writer_ = opened_ ? store::RecordWriter::create(recordsPath(), header, true)
+                      : store::RecordWriter::createInOnePiece(recordsPath(), header);
     if (writer_ && (writer_->header().code != header.code ||
                     writer_->header().recordBytes != header.recordBytes)) {
         writer_.reset();
@@ -245,7 +248,9 @@ std::string Table::indexPath(std::size_t place) const {
 void Table::flush() {
     if (!changed_) return;
     if (!hasRecords()) definition_.layOut();
-    changed_ = !definition_.write(tableFile(directory_, number_, "def"));
+    const std::string path = tableFile(directory_, number_, "def");
+    changed_ = definitionFile_.isOpen() ? !definition_.writeNew(std::exchange(definitionFile_, {}))
+                                        : !definition_.write(path);
 }
 
 }  // namespace qxfeat

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "companions/qxfeat/catalogue.h"
 #include "companions/qxfeat/row_plan.h"
 #include "companions/qxfeat/table_definition.h"
 #include "companions/store/handle_table.h"
@@ -22,9 +23,10 @@ inline constexpr int32_t kItemIndexCode = -3;
 
 class Table : public store::Buffered {
   public:
-    // A table that is being defined. Its definition is stored with the first record, when the table
-    // is closed, or before an error unwinds; the catalogue lists it once it is closed.
-    static std::unique_ptr<Table> define(const std::string& directory, int32_t number,
+    // A table that is being defined under a number that was taken for it. Its definition is stored
+    // with the first record, when the table is closed, or before an error unwinds; the catalogue
+    // lists it once it is closed.
+    static std::unique_ptr<Table> define(const std::string& directory, TakenNumber taken,
                                          std::string_view name);
     // One that is there; null if its files cannot be understood.
     static std::unique_ptr<Table> open(const std::string& directory, int32_t number,
@@ -89,6 +91,7 @@ class Table : public store::Buffered {
 
     std::string directory_;
     int32_t number_;
+    store::File definitionFile_;  // until the definition is first written
     TableDefinition definition_;
     bool changed_ = false;
     bool opened_ = false;
@@ -103,6 +106,9 @@ class Table : public store::Buffered {
     std::map<std::size_t, std::unique_ptr<store::RecordReader>> indexes_;
     std::set<std::size_t> indexedSince_;
 };
+
+// Whether a path leads from the workspace to a file inside it.
+bool staysInside(std::string_view path);
 
 store::HandleTable<Table>& tables();
 // The table whose moved items infenc_ fills: the one that was defined or opened to write last.

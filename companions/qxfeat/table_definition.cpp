@@ -113,7 +113,7 @@ void TableDefinition::layOut() {
     }
 }
 
-bool TableDefinition::write(const std::string& path) const {
+PackedWriter TableDefinition::packed() const {
     PackedWriter writer;
     writer.raw(kMark) << kVersion << recordLength << storedLength
                       << static_cast<int32_t>(items.size()) << std::string_view(name)
@@ -122,7 +122,17 @@ bool TableDefinition::write(const std::string& path) const {
         writer << std::string_view(each.name) << std::string_view(each.alternateName);
         eachNumber([&](int32_t number) { writer << number; }, each);
     }
-    return store::replaceFile(path, writer.bytes());
+    return writer;
+}
+
+bool TableDefinition::write(const std::string& path) const {
+    return store::replaceFile(path, packed().bytes());
+}
+
+bool TableDefinition::writeNew(store::File file) const {
+    if (file.writeAt(0, packed().bytes()) && file.close()) return true;
+    store::removeFile(file.path());
+    return false;
 }
 
 bool TableDefinition::read(const std::string& path) {

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "companions/qxfeat/packed_words.h"
 #include "host/qxfeat/table_reading.h"
 #include "host/qxfeat/tables.h"
 
@@ -43,11 +44,14 @@ struct TableDefinition {
     // What storedLength is, or will be.
     int32_t storedBytes() const;
 
+    // In the place of what is there, or to a file that was just made, which goes if that fails.
     bool write(const std::string& path) const;
+    bool writeNew(store::File file) const;
     // False if the file is none, or says what cannot be.
     bool read(const std::string& path);
 
   private:
+    PackedWriter packed() const;
     bool take(const QxItemDescriptor& item);
 
     // The bytes that stored items take, as runs from the first byte to behind the last, and the

@@ -25,9 +25,9 @@ struct TableList {
 
 store::HandleTable<TableList> lists;
 
-// A name without a point stands for itself.
+// A name without a point stands for itself, and one with a point may be that of a coverage.
 bool belongs(std::string_view table, std::string_view owner) {
-    return table.substr(0, table.rfind('.')) == owner;
+    return table.substr(0, table.rfind('.')) == owner || table == owner;
 }
 
 const TableItem* findItem(const int32_t* table, const int32_t* place) {

@@ -41,7 +41,7 @@ namespace qxfeat {
 
 void closeTables() {
     tables().closeAll();
-    forgetCatalogue();
+    settleCatalogue();
 }
 
 }  // namespace qxfeat
@@ -64,10 +64,12 @@ void infers_(const char* name, const char* directory, const char*, const int32_t
              int32_t nameLength, int32_t directoryLength, int32_t) {
     const std::string place(textArgument(directory, directoryLength));
     const std::string wanted(textArgument(name, nameLength));
-    *status = kSuccess;
-    if (!store::isDirectory(place)) return;
-    const CatalogueLock lock(place);
     const Catalogue& catalogue = readCatalogue(place);
+    *status = catalogue.sound ? kSuccess : kFailed;
+    // Mostly there is none.
+    if (!catalogue.sound || catalogue.find(wanted) == 0 || !store::isDirectory(place)) return;
+    const CatalogueLock lock(place);
+    readCatalogue(place);
     *status = kFailed;
     if (!lock.held() || !catalogue.sound) return;
     *status = kSuccess;
@@ -90,9 +92,7 @@ void infdef_(const char* name, const char* directory, const char*, const int32_t
         return;
     }
     if (!store::haveDirectory(place)) return;
-    const CatalogueLock lock(place);
     const Catalogue& catalogue = readCatalogue(place);
-    if (!lock.held()) return;
     if (!catalogue.sound) {
         wrfailC(cataloguePath(place).c_str(), 0);
         return;
@@ -108,13 +108,9 @@ void infdef_(const char* name, const char* directory, const char*, const int32_t
         wrfailC(cataloguePath(place).c_str(), ENOSPC);
         return;
     }
-    const int32_t number = takeNumber();
-    if (number == 0) return;
-    // What a table that was cut off in its definition left under this number is no part of it.
-    removeFiles(place, number, wanted);
-    // A table that nobody is given would be finished while the catalogue is held.
-    tables().makeRoom();
-    *table = tables().add(Table::define(place, number, wanted));
+    TakenNumber taken = takeNumber(place);
+    if (taken.number == 0) return;
+    *table = tables().add(Table::define(place, std::move(taken), wanted));
     *status = kSuccess;
 }
 

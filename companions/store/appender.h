@@ -2,6 +2,7 @@
 #ifndef COMPANIONS_STORE_APPENDER_H
 #define COMPANIONS_STORE_APPENDER_H
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -31,6 +32,12 @@ class Appender {
     // Where the next byte goes.
     int64_t end() const { return position_ + static_cast<int64_t>(used_); }
     bool failed() const { return failed_; }
+    // Whether nothing has reached the file yet.
+    bool isWholeInBuffer() const { return position_ == 0 && !failed_; }
+    // Overwrites bytes at the front of what is in the buffer.
+    void overwriteFront(std::span<const std::byte> bytes) {
+        std::copy(bytes.begin(), bytes.end(), buffer_.begin());
+    }
     // Writes what is in the buffer. After a failed write nothing more reaches the file.
     void flush();
     File& file() { return file_; }

@@ -49,16 +49,35 @@ bool told(bool result, const std::string& path) {
     return result;
 }
 
+File::Identity identityAt(int folder, const char* name, int flags, const std::string& path) {
+    struct statx found {};
+    if (!told(::statx(folder, name, flags, STATX_BASIC_STATS | STATX_BTIME, &found) == 0, path) ||
+        !S_ISREG(found.stx_mode)) {
+        return {};
+    }
+    const bool hasBirth = (found.stx_mask & STATX_BTIME) != 0;
+    return {uint64_t{found.stx_dev_major} << 32 | found.stx_dev_minor,
+            found.stx_ino,
+            hasBirth ? found.stx_btime.tv_sec : 0,
+            hasBirth ? found.stx_btime.tv_nsec : 0,
+            static_cast<int64_t>(found.stx_size),
+            found.stx_mtime.tv_sec,
+            found.stx_mtime.tv_nsec};
+}
+
 }  // namespace
 
 File::File(File&& other) noexcept
-    : descriptor_(std::exchange(other.descriptor_, -1)), path_(std::move(other.path_)) {}
+    : descriptor_(std::exchange(other.descriptor_, -1)),
+      path_(std::move(other.path_)),
+      opened_(other.opened_) {}
 
 File& File::operator=(File&& other) noexcept {
     if (this != &other) {
         close();
         descriptor_ = std::exchange(other.descriptor_, -1);
         path_ = std::move(other.path_);
+        opened_ = other.opened_;
     }
     return *this;
 }
@@ -84,31 +103,41 @@ File File::readWrite(const std::string& path) {
 }
 
 File File::create(const std::string& path, Creation creation) {
-    const int flags = creation == Creation::kAnew        ? O_TRUNC
-                      : creation == Creation::kMustBeNew ? O_EXCL
-                                                         : 0;
+    constexpr int kFlags = O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK;
     File file;
     file.path_ = path;
-    file.descriptor_ =
-        openRetrying(path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | flags);
-    file.refuseIrregular();
+    // What is new is regular, and needs no look. Most files are.
+    if (creation != Creation::kKeep) {
+        file.descriptor_ = openRetrying(path.c_str(), kFlags | O_EXCL);
+    }
+    if (creation == Creation::kKeep ||
+        (creation == Creation::kAnew && !file.isOpen() && errno == EEXIST)) {
+        const int flags = creation == Creation::kAnew ? kFlags | O_TRUNC : kFlags;
+        file.descriptor_ = openRetrying(path.c_str(), flags);
+        file.refuseIrregular();
+    }
     file.noteUnlessOpen();
     return file;
 }
 
 void File::refuseIrregular() {
-    struct stat information {};
     if (!isOpen()) return;
-    const int failure = ::fstat(descriptor_, &information) != 0 ? errno
-                        : S_ISREG(information.st_mode)          ? 0
-                                                                : EINVAL;
-    if (failure == 0) return;
+    errno = 0;
+    opened_ = identityAt(descriptor_, "", AT_EMPTY_PATH, path_);
+    if (opened_.known()) return;
+    const int failure = errno != 0 ? errno : EINVAL;
     close();
     errno = failure;
 }
 
 void File::noteUnlessOpen() const {
-    if (!isOpen() && ofMachine(errno)) wrfailC(path_.c_str(), errno);
+    if (isOpen()) return;
+    if (ofMachine(errno)) {
+        wrfailC(path_.c_str(), errno);
+    } else if (errno != EEXIST) {
+        // That something is there is for the caller to judge.
+        refuseC(path_.c_str(), errno);
+    }
 }
 
 int64_t File::size() const {
@@ -119,10 +148,11 @@ int64_t File::size() const {
 }
 
 File::Identity File::identity() const {
-    struct stat information {};
-    if (!isOpen() || !told(::fstat(descriptor_, &information) == 0, path_)) return {};
-    return {information.st_dev, information.st_ino, information.st_size, information.st_mtim.tv_sec,
-            information.st_mtim.tv_nsec};
+    return isOpen() ? identityAt(descriptor_, "", AT_EMPTY_PATH, path_) : Identity();
+}
+
+File::Identity File::identityOf(const std::string& path) {
+    return identityAt(AT_FDCWD, path.c_str(), 0, path);
 }
 
 int64_t File::readAt(int64_t position, std::span<std::byte> bytes) const {
@@ -174,6 +204,8 @@ bool File::lock() {
     return result == 0;
 }
 
+void File::unlock() { ::flock(descriptor_, LOCK_UN); }
+
 bool File::close() {
     if (descriptor_ < 0) return true;
     // The descriptor is gone even when close reports an interruption.
@@ -184,7 +216,11 @@ bool File::close() {
 
 bool makeDirectory(const std::string& path) {
     if (::mkdir(path.c_str(), 0777) == 0) return true;
-    if (ofMachine(errno)) wrfailC(path.c_str(), errno);
+    if (ofMachine(errno)) {
+        wrfailC(path.c_str(), errno);
+    } else {
+        refuseC(path.c_str(), errno);
+    }
     return false;
 }
 

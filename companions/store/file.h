@@ -21,7 +21,7 @@ class File {
     // Open a file; on failure the result is not open and errno tells why. Only regular files
     // are opened. A path that names a symbolic link is followed for reading only. What the machine
     // fails to do, here and below, is noted (host/qxbase/failures.h); a name where no such file is
-    // or can be is left to the caller.
+    // or can be is left to the caller, and noted as refused where one was to be made.
     static File read(const std::string& path);
     static File readWrite(const std::string& path);
     static File create(const std::string& path, Creation creation);
@@ -29,26 +29,40 @@ class File {
     bool isOpen() const { return descriptor_ >= 0; }
     const std::string& path() const { return path_; }
     int64_t size() const;
+    // What it was when it was opened, which costs nothing; -1 for one that create made.
+    int64_t sizeWhenOpened() const { return opened_.size; }
     // Which file it is and how it was changed last: the same for a file that was left alone.
     struct Identity {
         uint64_t device = 0;
         uint64_t node = 0;
+        int64_t madeSeconds = 0;  // both 0 where the file system does not keep it
+        int64_t madeNanoseconds = 0;
         int64_t size = -1;
         int64_t changedSeconds = 0;
         int64_t changedNanoseconds = 0;
         bool known() const { return size >= 0; }
+        // Whether it is the same file, changed or not.
+        bool isSameFile(const Identity& other) const {
+            return known() && other.known() && device == other.device && node == other.node &&
+                   madeSeconds == other.madeSeconds && madeNanoseconds == other.madeNanoseconds;
+        }
         friend bool operator==(const Identity&, const Identity&) = default;
     };
     Identity identity() const;
+    const Identity& identityWhenOpened() const { return opened_; }
+    // The same for a path without opening it; not known for what read would not open.
+    static Identity identityOf(const std::string& path);
 
     // Bytes read from a position: fewer than asked for at the end of the file, -1 on failure.
     int64_t readAt(int64_t position, std::span<std::byte> bytes) const;
     // Writes all bytes at a position.
     bool writeAt(int64_t position, std::span<const std::byte> bytes);
     bool truncate(int64_t size);
-    // Waits until no other process has the file locked, and locks it for as long as it is open.
+    // Waits until no other process has the file locked, and locks it until it is closed or
+    // unlocked.
     bool lock();
-    // False if what was written may not have reached the disk.
+    void unlock();
+    // False if what was written may not have reached the disk. A file that is not open has nothing.
     bool close();
 
   private:
@@ -59,9 +73,11 @@ class File {
 
     int descriptor_ = -1;
     std::string path_;
+    Identity opened_;
 };
 
-// Makes a directory; false if it is there already or cannot be made.
+// Makes a directory; false, and noted as refused, if something is there already or the name can be
+// none.
 bool makeDirectory(const std::string& path);
 // Makes a directory unless it is there. Whatever hinders that is noted, also a name that cannot be
 // one.

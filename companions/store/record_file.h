@@ -49,6 +49,10 @@ class RecordWriter : public Buffered {
     // failure.
     static std::unique_ptr<RecordWriter> create(const std::string& path, const RecordHeader& header,
                                                 bool append = false);
+    // Creates the file anew, with a header that is written with the first records: a small file is
+    // one write, and one that is cut off before it is nothing.
+    static std::unique_ptr<RecordWriter> createInOnePiece(const std::string& path,
+                                                          const RecordHeader& header);
     ~RecordWriter() override { close(); }
 
     const RecordHeader& header() const { return header_; }
@@ -86,6 +90,7 @@ class RecordWriter : public Buffered {
     static void putLength(std::byte* place, std::size_t bytes);
     [[noreturn]] static void refuseLength();
     void begin();
+    void setCount(int64_t count, int64_t end);
     void writeHeader();
 
     Appender appender_;

@@ -14,7 +14,10 @@ constexpr std::size_t kWindowBytes = 256 * 1024;
 }  // namespace
 
 RecordReader::RecordReader(File file, RecordHeader header)
-    : file_(std::move(file)), header_(std::move(header)), size_(file_.size()), failed_(size_ < 0) {}
+    : file_(std::move(file)),
+      header_(std::move(header)),
+      size_(file_.sizeWhenOpened()),
+      failed_(size_ < 0) {}
 
 std::unique_ptr<RecordReader> RecordReader::open(const std::string& path) {
     File file = File::read(path);

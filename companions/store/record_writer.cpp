@@ -57,10 +57,25 @@ std::unique_ptr<RecordWriter> RecordWriter::create(const std::string& path,
     return writer;
 }
 
+std::unique_ptr<RecordWriter> RecordWriter::createInOnePiece(const std::string& path,
+                                                             const RecordHeader& header) {
+    RecordHeader fresh = header;
+    fresh.count = 0;
+    std::unique_ptr<RecordWriter> writer(new RecordWriter({}, 0, fresh));
+    writer->setCount(-1, 0);
+    writer->appender_.append(writer->header_.bytes());
+    writer->appender_.file() = File::create(path, File::Creation::kAnew);
+    return writer->appender_.file().isOpen() ? std::move(writer) : nullptr;
+}
+
 void RecordWriter::begin() {
-    header_.count = -1;
-    header_.end = 0;
+    setCount(-1, 0);
     writeHeader();
+}
+
+void RecordWriter::setCount(int64_t count, int64_t end) {
+    header_.count = count;
+    header_.end = end;
 }
 
 void RecordWriter::refuseLength() {
@@ -87,13 +102,19 @@ void RecordWriter::setHost(std::span<const std::byte> bytes) {
 void RecordWriter::writeHeader() { appender_.file().writeAt(0, header_.bytes()); }
 
 void RecordWriter::flush() {
+    const bool together = appender_.isWholeInBuffer();
+    if (together) {
+        setCount(count_, appender_.end());
+        appender_.overwriteFront(header_.bytes());
+    }
     appender_.flush();
     // After a failed write the count is for a reader to find out.
-    header_.count = appender_.failed() ? -1 : count_;
-    header_.end = appender_.failed() ? 0 : appender_.end();
-    writeHeader();
-    header_.count = -1;
-    header_.end = 0;
+    const bool failed = appender_.failed();
+    if (!together || failed) {
+        setCount(failed ? -1 : count_, failed ? 0 : appender_.end());
+        writeHeader();
+    }
+    setCount(-1, 0);
 }
 
 void RecordWriter::close() {

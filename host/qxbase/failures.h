@@ -15,6 +15,13 @@ QX_BEGIN
  * 0 for a file that is damaged and is not written for that. */
 QX_API void wrfailC(const char* path, int32_t error);
 
+/* Notes that a file or directory was not made because the name cannot be one, or is another's: its
+ * path, and errno. It is nobody's failure but the caller's, who may ask for it: rfsget_ hands out
+ * the first one since baseinitC, as wrfget_ does. baseendC keeps it. */
+QX_API void refuseC(const char* path, int32_t error);
+QX_API void rfsget_(char* path, char* reason, int32_t* status, int32_t pathLength,
+                    int32_t reasonLength);
+
 /* Notes that a file could not be read: its path, and errno, or 0 for a file that holds less than it
  * claims. baseendC tells it, as an error that does not end anything: "Could not read %1%: %2%", or
  * "%1% is damaged and cannot be read to its end". */

@@ -8,8 +8,8 @@ QX_BEGIN
 
 /* A list of the tables in an INFO directory, in the order of their definition. With an owner, the
  * name of a coverage, grid or stack, only the tables that belong to it: owner, ".", suffix, or
- * a name without a point that is the owner's. infnxt_ gives the next name; status -1 behind the
- * last. infend_ gives the list up. */
+ * owner alone. infnxt_ gives the next name; status -1 behind the last. infend_ gives the list up.
+ */
 QX_API void inflst_(int32_t* list, const char* directory, const char* owner, int32_t* count,
                     int32_t directoryLength, int32_t ownerLength);
 QX_API void infnxt_(const int32_t* list, char* name, int32_t* status, int32_t nameLength);

@@ -11,6 +11,10 @@ prefix=$scratch/prefix
 cmake --install "$build" --prefix "$prefix" >/dev/null
 [[ -x $prefix/bin/intake ]]
 "$prefix/bin/intake" --version >/dev/null
+for file in man/man1/intake.1 man/man1/intake-import.1 bash-completion/completions/intake \
+    zsh/site-functions/_intake fish/vendor_completions.d/intake.fish; do
+    [[ -s $prefix/share/$file ]] || { echo "$file is not installed."; exit 1; }
+done
 libraries=$(dirname "$(find "$prefix" -name 'libintakedl.so' -o -name 'libintakedl.a')")
 
 # The program starts with our libraries and those of C and C++ alone: the others come with modules.

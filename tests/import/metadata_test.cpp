@@ -39,6 +39,7 @@ TEST_F(Texts, MetadataOfATableThatIsNotThereIsToldAndTheOthersGetTheirs) {
     const auto leftOut = [](const std::string& name) {
         return "Table " + name + " cannot be opened; its metadata is left out.";
     };
+    ASSERT_EQ(messages().size(), 3U);
     EXPECT_EQ(messages()[1], (Message{QX_NONFATAL, leftOut("DS.NONE")}));
     EXPECT_EQ(complaints(), (std::vector<std::string>{leftOut("DS.NONE"), leftOut("DS.GONE")}));
     EXPECT_EQ(

@@ -261,7 +261,7 @@ TEST_F(Tables, OnlyANameThatIsTakenIsToldAsOne) {
         std::string path;    // in the workspace, of what could not be written
         std::string reason;  // of the system
     };
-    const Case cases[] = {{"nowhere", "info", "No such file or directory"},
+    const Case cases[] = {{"nowhere", "info", "there is no folder " + path("nowhere")},
                           {"file", "info", "File exists"},
                           {"locked", "info/lock", "Is a directory"},
                           {"damaged", "info/catalog", "it is damaged"}};
@@ -533,6 +533,58 @@ TEST_F(Tables, AreListedInALogThatIsKeptShortAndMended) {
         EXPECT_NE(complaints().empty(), damaged);
         EXPECT_EQ(fileBytes(path("info/table500.def")), definition);
     }
+}
+
+// What was read of a catalogue is kept between imports, whatever others do to the file meanwhile.
+TEST_F(Tables, AreFoundWhateverOthersDidToTheCatalogue) {
+    const auto file = [&](int tables) {
+        std::string text = kCurrent;
+        for (int each = 0; each < tables; ++each) {
+            text += table("S.T" + std::to_string(each), 1, 1, {{"A", 4, 1, 5}}) + "          1\n";
+        }
+        given(text + kEnd);
+    };
+    const auto elsewhere = [&](int imports, const std::string& dataset) {
+        if (fork() == 0) {
+            for (int each = 0; each < imports; ++each) import(dataset);
+            _exit(0);
+        }
+        int status = 1;
+        EXPECT_GT(wait(&status), 0);
+        EXPECT_EQ(status, 0);
+    };
+    const auto expectTables = [&](const std::string& dataset, std::size_t count) {
+        EXPECT_EQ(records("record", dataset).size(), count) << dataset;
+    };
+    file(3);
+    ASSERT_EQ(import("A"), 1);
+    const std::string early = fileBytes(path("info/catalog"));
+    elsewhere(1, "B");  // appends
+    ASSERT_EQ(import("C"), 1);
+    expectTables("B", 3);
+    elsewhere(60, "B");  // writes it anew, more than once
+    ASSERT_EQ(import("D"), 1);
+    for (const char* dataset : {"A", "B", "C", "D"}) expectTables(dataset, 3);
+    // Half an entry of a process that was killed, and then its table by another.
+    const std::string whole = fileBytes(path("info/catalog"));
+    writeFile(path("info/catalog"), whole + std::string("\0\0\4", 3));
+    expectTables("D", 3);
+    elsewhere(1, "E");
+    expectTables("E", 3);
+    // The same file, as long as it was but with another content, and one from a copy.
+    std::string renamed = fileBytes(path("info/catalog"));
+    renamed[renamed.rfind("E.T2")] = 'F';
+    writeFile(path("info/catalog"), renamed);
+    expectTables("E", 2);
+    std::filesystem::remove_all(path("info"));
+    std::filesystem::create_directory(path("info"));
+    writeFile(path("info/catalog"), early);
+    file(1);
+    elsewhere(1, "G");
+    ASSERT_EQ(import("H"), 1);
+    expectTables("G", 1);
+    expectTables("H", 1);
+    expectTables("D", 0);
 }
 
 TEST_F(Tables, AreIndexedInOrderWithoutRoomForAllKeys) {

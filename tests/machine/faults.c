@@ -167,9 +167,40 @@ OF_PATH(RENAME, rename, const char*)
 OF_PATH(STAT, stat, struct stat*)
 OF_PATH(STAT, lstat, struct stat*)
 
+SHOWN int statx(int folder, const char* path, int flags, unsigned mask, struct statx* found) {
+    NEXT(int, "statx", int, const char*, int, unsigned, struct statx*)
+    if (folder == AT_FDCWD && failsAt(STAT, path)) return -1;
+    if (isWatched(folder) && strikes(STAT, NULL, folder) && fault != SHORT)
+        return errno = fault, -1;
+    return next(folder, path, flags, mask, found);
+}
+
 SHOWN int unlink(const char* path) {
     NEXT(int, "unlink", const char*)
     return failsAt(UNLINK, path) ? -1 : next(path);
+}
+
+SHOWN int rmdir(const char* path) {
+    NEXT(int, "rmdir", const char*)
+    return failsAt(UNLINK, path) ? -1 : next(path);
+}
+
+SHOWN int renameat2(int fromFolder, const char* from, int toFolder, const char* to,
+                    unsigned flags) {
+    NEXT(int, "renameat2", int, const char*, int, const char*, unsigned)
+    return failsAt(RENAME, from) ? -1 : next(fromFolder, from, toFolder, to, flags);
+}
+
+/* In a folder that is told by its descriptor, which whoever opened it keeps to itself. */
+SHOWN int unlinkat(int folder, const char* path, int flags) {
+    NEXT(int, "unlinkat", int, const char*, int)
+    char link[32];
+    char target[1024] = "";
+    snprintf(link, sizeof link, "/proc/self/fd/%d", folder);
+    if (!armed || *path == '/' || readlink(link, target, sizeof target - 1) < 0) {
+        return failsAt(UNLINK, path) ? -1 : next(folder, path, flags);
+    }
+    return failsAt(UNLINK, target) ? -1 : next(folder, path, flags);
 }
 
 #define OF_FILE(call, function, type)                                       \

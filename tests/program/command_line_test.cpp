@@ -124,8 +124,9 @@ TEST_F(CommandLine, AnImportTellsItsMessagesAndItsOutcome) {
     EXPECT_EQ(refused.object()["result"], 0);
     EXPECT_EQ(refused.object()["messages"][1],
               (json{{"level", "error"}, {"text", "Unable to create coverage."}}));
-    EXPECT_EQ(refused.errors,
-              "inform:  Creating Coverage " + path("DS") + "\nerror: Unable to create coverage.\n");
+    EXPECT_EQ(refused.errors, "inform:  Creating Coverage " + path("DS") +
+                                  "\nerror: Unable to create coverage.\nintake: could not write " +
+                                  path("DS") + ": File exists\n");
     EXPECT_EQ(run({"import", "@missing.e00", "@NEW", "--quiet"}).errors,
               "error: Could not open import file..\nintake: " + path("missing.e00") +
                   " is not there: look at the name and the folder\n");

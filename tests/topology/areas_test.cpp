@@ -10,6 +10,7 @@
 #include "tests/support/import_test.h"
 #include "topology/arcs_by_polygon.h"
 #include "topology/assembler.h"
+#include "topology/crossing.h"
 
 namespace topology {
 namespace {
@@ -243,7 +244,7 @@ class RandomMap {
     std::vector<int> cells_;
 };
 
-double areaOf(std::span<const Point> ring) {
+double shoelace(std::span<const Point> ring) {
     double area = 0;
     for (std::size_t index = 1; index < ring.size(); ++index) {
         area += (ring[index - 1].x - ring[0].x) * (ring[index].y - ring[0].y) -
@@ -291,7 +292,7 @@ TEST(Areas, RandomMapsComeTogetherWithoutGapOrOverlap) {
             std::size_t ring = 0, cells = 0;
             for (const uint32_t rings : shape.ringCounts) {
                 for (uint32_t each = 0; each < rings; ++each, ++ring) {
-                    const double of = areaOf(shape.ring(ring));
+                    const double of = shoelace(shape.ring(ring));
                     EXPECT_EQ(of > 0, each == 0) << seed;
                     EXPECT_EQ(shape.ring(ring).front(), shape.ring(ring).back());
                     area += of;
@@ -311,6 +312,41 @@ TEST(Areas, RandomMapsComeTogetherWithoutGapOrOverlap) {
             EXPECT_NEAR(area, RandomMap::kCellArea * static_cast<double>(cells), 1e-6) << seed;
         }
     }
+}
+
+double side(const Point& a, const Point& b, const Point& c) {
+    return (b.x - a.x) * (c.y - a.y) - (b.y - a.y) * (c.x - a.x);
+}
+
+// Wandering lines of many lengths, looked through edge by edge. Places are multiples of 1/64, so
+// that all of it is exact.
+TEST(Areas, CrossingsAreFoundWhereTwoEdgesCross) {
+    std::mt19937 random(7);
+    CrossingSearch search;
+    int crossing = 0;
+    for (int round = 0; round < 4000; ++round) {
+        std::vector<Point> line(5 + random() % 120);
+        const auto step = [&] { return static_cast<int>(random() % 128) - 40; };
+        // Some go mostly one way and hardly ever cross, some go anywhere.
+        const int drift = round % 3 == 0 ? 40 : round % 3 == 1 ? 0 : -24;
+        Point at;
+        for (Point& point : line) {
+            point = at;
+            at.x += (step() + drift) / 64.0;
+            at.y += (step() - 24) / 64.0;
+        }
+        bool expected = false;
+        for (std::size_t one = 1; one < line.size(); ++one) {
+            for (std::size_t two = 1; two < one; ++two) {
+                const Point &a = line[one - 1], &b = line[one], &c = line[two - 1], &d = line[two];
+                expected |= side(a, b, c) * side(a, b, d) < 0 && side(c, d, a) * side(c, d, b) < 0;
+            }
+        }
+        crossing += expected ? 1 : 0;
+        ASSERT_EQ(search.crossesItself(line), expected) << round << ":" << text(line);
+    }
+    EXPECT_GT(crossing, 400);
+    EXPECT_LT(crossing, 3600);
 }
 
 using intake::testing::ImportTest;
@@ -349,7 +385,7 @@ TEST_F(ImportTest, AreasOfACoverageAreThoseOfItsTable) {
             continue;
         }
         double area = 0;
-        for (std::size_t ring = 0; ring < shape.rings(); ++ring) area += areaOf(shape.ring(ring));
+        for (std::size_t ring = 0; ring < shape.rings(); ++ring) area += shoelace(shape.ring(ring));
         EXPECT_NEAR(area, areas.at(number), 1e-4 * areas.at(number)) << number;
     }
     EXPECT_EQ(crossing, (std::vector<int32_t>{3, 72, 85, 86}));

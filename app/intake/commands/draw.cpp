@@ -2,6 +2,7 @@
 
 #include "app/intake/commands/commands.h"
 #include "app/intake/commands/reading.h"
+#include "app/intake/workspace/changes.h"
 
 namespace program {
 
@@ -15,6 +16,7 @@ void addDraw(CLI::App& app, Console& console, int& status) {
         ->required();
     addKind(*command, *kind);
     command->callback([=, &console, &status] {
+        finishChanges(workspaceOf(*path), console);
         status = reading(console, [&] { draw(*path, *kind, *picture); });
     });
 }

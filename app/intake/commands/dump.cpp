@@ -2,6 +2,7 @@
 
 #include "app/intake/commands/commands.h"
 #include "app/intake/commands/reading.h"
+#include "app/intake/workspace/changes.h"
 
 namespace program {
 
@@ -31,6 +32,7 @@ void addDump(CLI::App& app, Console& console, int& status) {
         ->check(CLI::IsMember(kClassNames).description(""), choices(kClassNames));
     addKind(*command, options->kind);
     command->callback([=, &console, &status] {
+        finishChanges(workspaceOf(*path), console);
         status = reading(console, [&] { dump(*path, *options, console.output); });
     });
 }

@@ -4,6 +4,7 @@
 
 #include "app/intake/commands/commands.h"
 #include "app/intake/export/convert.h"
+#include "app/intake/workspace/changes.h"
 #include "formats/formats.h"
 
 namespace program {
@@ -44,8 +45,9 @@ void addExportOptions(CLI::App& command, const std::shared_ptr<ExportOptions>& o
     command
         .add_option("--encoding", options->encoding, "Of texts that are not UTF-8 (windows-1252)")
         ->type_name("NAME");
-    command.add_flag("!--no-redefined", options->redefined,
-                     "Leave out columns that name bytes of other columns once more");
+    command.add_flag_callback(
+        "--no-redefined", [options] { options->redefined = false; },
+        "Leave out columns that name bytes of other columns once more");
     command.add_flag("--as-is", options->asIs, "Coordinates into GeoJSON without turning them");
     command.add_flag("--wkt", options->wellKnownText, "Geometries into CSV, as well-known text");
     command.add_flag("--force", options->replace, "Replace OUT");
@@ -65,7 +67,10 @@ void addExport(CLI::App& app, Console& console, int& status) {
     command->add_option("OUT", options->output, kOutput)->required();
     addExportOptions(*command, options);
     addKind(*command, options->kind);
-    command->callback([=, &console, &status] { status = exportDataset(*options, console); });
+    command->callback([=, &console, &status] {
+        finishChanges(workspaceOf(options->dataset), console);
+        status = exportDataset(*options, console);
+    });
 }
 
 void addConvert(CLI::App& app, Console& console, int& status) {

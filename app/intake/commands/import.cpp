@@ -10,6 +10,9 @@ void addImport(CLI::App& app, Console& console, int& status) {
     addSource(*command, options->source);
     command->add_option("DATASET", options->dataset, "The path of the dataset to make")->required();
     command->add_flag("--force", options->force, "Go on where DATASET exists already");
+    command->add_flag("--replace", options->replace,
+                      "Put the new dataset in the place of DATASET, once it is whole; with --force "
+                      "also one that errors were told of");
     command->add_flag("--quiet", options->quiet, "Tell errors only");
     command->add_flag("--json", options->json, "Print the outcome as one JSON object");
     command

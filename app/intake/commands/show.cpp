@@ -3,6 +3,7 @@
 #include "app/intake/commands/commands.h"
 #include "app/intake/commands/reading.h"
 #include "app/intake/show/within.h"
+#include "app/intake/workspace/changes.h"
 
 namespace program {
 
@@ -18,6 +19,7 @@ void addShow(CLI::App& app, Console& console, int& status) {
         ->type_name("XMIN,YMIN,XMAX,YMAX");
     addKind(*command, *kind);
     command->callback([=, &console, &status] {
+        finishChanges(workspaceOf(*path), console);
         status = reading(console, [&] {
             const Description description =
                 within->empty() ? describe(*path, *kind) : describeWithin(*path, *kind, *within);

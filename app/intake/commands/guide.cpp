@@ -1,0 +1,88 @@
+#include "app/intake/commands/guide.h"
+
+namespace program {
+
+namespace {
+
+struct Guide {
+    std::string_view command;
+    const char* text;
+};
+
+constexpr Guide kGuides[] = {
+    {"",
+     "Old map archives often come as interchange files: text files of 80-column lines, sometimes "
+     "split in volumes (.e00, .e01, ...), sometimes compressed. intake reads such a file and "
+     "rebuilds the dataset that it was made from: a coverage with its features and tables, a grid, "
+     "a surface, a symbol set, a plot, a map or a text.\n\n"
+     "A dataset lives in a workspace: a folder that holds datasets side by side and, in info, "
+     "their tables. Messages go to standard error, each led by its level."},
+    {"import",
+     "FILE is the first volume of a file that comes in several; the others are found beside it. It "
+     "may be compressed or lie in an archive, alone or named behind two colons.\n\n"
+     "DATASET is made in its folder, the workspace. What was read before an error stays and can be "
+     "shown and dumped."},
+    {"check",
+     "Each file is read as import would read it, into a temporary workspace. What is told: its "
+     "container, form, volumes and sections, the messages, and a verdict: whole, partial with the "
+     "place where it breaks off, or not an interchange file. Where files differ, the exit status "
+     "is that of the worst."},
+    {"list",
+     "Tells the datasets of a workspace with their kind, date, size and content, and behind them "
+     "the tables that belong to none."},
+    {"remove",
+     "Takes away datasets, their tables in the catalogue and the files of both; a table that "
+     "another dataset owns is left. It asks on a terminal; where there is none it needs --yes. "
+     "What it was killed in, the next command brings to its end."},
+    {"rename",
+     "Gives a dataset and its tables another name in the same workspace, as a whole or not at "
+     "all."},
+    {"show",
+     "Tells the kind, extent, features and tables of a dataset. With --within it lists the "
+     "features "
+     "of a coverage that meet a rectangle."},
+    {"dump",
+     "Prints all that is stored, one JSON object a line, each with the name of its class. A "
+     "damaged "
+     "file is told behind what could be read of it."},
+    {"draw",
+     "Draws features, cells, triangles, symbols or the strokes of a plot. The name of OUT tells "
+     "the "
+     "format."},
+    {"export",
+     "Writes coverages, triangulated surfaces and tables. The name of OUT tells the format: "
+     "GeoPackage holds all layers and tables, GeoJSON layers, CSV a file each. What the format "
+     "cannot keep is told, and the exit status is 3 then.\n\n"
+     "The reference system comes from the projection text of the dataset, or by --crs."},
+    {"convert",
+     "Imports FILE into a temporary workspace and writes OUT as export does. Of a damaged file "
+     "nothing is written unless --partial is given."},
+    {"pack",
+     "Writes the lines of FILE in compressed form: blanks, and at level 2 numbers too, are kept "
+     "short. The lines stay what they are."},
+    {"unpack", "Writes the lines of FILE, which is in either form, in plain form."},
+    {"help", "Tells what --help tells behind a command."},
+};
+
+}  // namespace
+
+std::string guideTo(std::string_view command) {
+    for (const Guide& guide : kGuides) {
+        if (guide.command == command) return guide.text;
+    }
+    return "";
+}
+
+std::string helpOpening() {
+    constexpr std::size_t kWidth = 42;
+    std::string text = "Examples:\n";
+    for (const Example& example : kExamples) {
+        if (!example.inHelp) continue;
+        std::string line = example.line;
+        line.resize(kWidth, ' ');
+        text += "  " + line + example.words + "\n";
+    }
+    return text + "\nRebuilds geographic datasets from an 80-column interchange text file.";
+}
+
+}  // namespace program
