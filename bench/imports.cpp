@@ -1,5 +1,4 @@
 // A whole import to a workspace on disk, beside plain readers of the same lines.
-#include <cstdlib>
 #include <fstream>
 
 #include "bench/fortran_reader.h"
@@ -99,36 +98,22 @@ void compare(const Kind& kind, Form form) {
     comparison.rounds(importRounds()).run();
 }
 
-// The program beside another build of it, each a process of its own: of_before is the part that it
-// takes of the other's time.
-void compareWith(const std::string& before, const Kind& kind, Form form) {
+// The program beside another build of it.
+void compareBuilds(const Kind& kind, Form form) {
     const std::string name =
         std::string("against/") + kind.name + kFormNames[static_cast<int>(form)];
     const auto measure = [=, &kind](benchmark::State& state) {
-        Usage ours{1e9, 1e9};
-        Usage theirs{1e9, 1e9};
         try {
             prepare(kind, form);
-            for (auto _ : state) {
-                for (const auto& [program, best] :
-                     {std::pair(before, &theirs),
-                      std::pair(std::string(INTAKE_PROGRAM_PATH), &ours)}) {
-                    clearWorkspace();
-                    const Usage usage = runProgram(program, {"import", fileOf(kind, form).string(),
-                                                             (folder() / "workspace/DS").string()});
-                    best->cpu = std::min(best->cpu, usage.cpu);
-                    best->wall = std::min(best->wall, usage.wall);
-                }
-                state.SetIterationTime(ours.cpu);
-            }
+            measureAgainst(
+                state,
+                {"import", fileOf(kind, form).string(), (folder() / "workspace/DS").string()},
+                clearWorkspace);
         } catch (const std::exception& exception) {
             state.SkipWithError(exception.what());
         }
         clearWorkspace();
         for (const Form each : {form, Form::kPlain}) fs::remove(fileOf(kind, each));
-        state.counters["before_s"] = theirs.cpu;
-        state.counters["intake_s"] = ours.cpu;
-        state.counters["of_before"] = ours.cpu / theirs.cpu;
     };
     benchmark::RegisterBenchmark(name.c_str(), measure)
         ->UseManualTime()
@@ -146,9 +131,7 @@ void forEachFile(void (*measure)(const Kind&, Form)) {
 
 void registerImports() {
     forEachFile(compare);
-    // Another build of the program to be measured beside this one.
-    static const char* const before = std::getenv("INTAKE_BENCH_AGAINST");
-    if (before) forEachFile([](const Kind& each, Form form) { compareWith(before, each, form); });
+    if (otherBuild()) forEachFile(compareBuilds);
 }
 
 }  // namespace bench

@@ -51,12 +51,11 @@ void measure(const char* name, int rounds, Body body) {
 // Times the body's best round.
 template <class Body>
 Usage best(benchmark::State& state, Body body) {
-    Usage best{1e9, 1e9};
+    Usage best;
     for (auto _ : state) {
         const Usage usage = body();
         state.SetIterationTime(usage.cpu);
-        best.cpu = std::min(best.cpu, usage.cpu);
-        best.wall = std::min(best.wall, usage.wall);
+        best.keepBest(usage);
     }
     state.counters["cpu_ms"] = best.cpu * 1e3;
     state.counters["wall_ms"] = best.wall * 1e3;
@@ -116,6 +115,18 @@ void pack(benchmark::State& state) {
     state.counters["intake_MBps"] = static_cast<double>(importBytes()) / usage.cpu / 1e6;
 }
 
+void dumpAgainst(benchmark::State& state) {
+    importFile(fileOf(kTable, "large.e00", importBytes()));
+    measureAgainst(state, {"dump", (folder() / "workspace/DS").string()}, [] {});
+}
+
+void packAgainst(benchmark::State& state) {
+    const fs::path file = arcs("large.e00", importBytes());
+    const fs::path packed = folder() / "packed.e00";
+    measureAgainst(state, {"pack", file.string(), packed.string()}, [&] { fs::remove(packed); });
+    fs::remove(packed);
+}
+
 }  // namespace
 
 void registerProgram() {
@@ -125,6 +136,9 @@ void registerProgram() {
     measure("program/dump_arcs", importRounds(), dump<kArcs>);
     measure("program/dump_table", importRounds(), dump<kTable>);
     measure("program/pack", importRounds(), pack);
+    if (!otherBuild()) return;
+    measure("against/dump_table", importRounds(), dumpAgainst);
+    measure("against/pack", importRounds(), packAgainst);
 }
 
 }  // namespace bench
