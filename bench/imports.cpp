@@ -5,6 +5,7 @@
 #include "bench/generator.h"
 #include "bench/measure.h"
 #include "bench/plain_reader.h"
+#include "bench/process.h"
 #include "bench/workspace.h"
 #include "host/qxbase.h"
 #include "stream/compressed.h"
@@ -97,12 +98,40 @@ void compare(const Kind& kind, Form form) {
     comparison.rounds(importRounds()).run();
 }
 
+// The program beside another build of it.
+void compareBuilds(const Kind& kind, Form form) {
+    const std::string name =
+        std::string("against/") + kind.name + kFormNames[static_cast<int>(form)];
+    const auto measure = [=, &kind](benchmark::State& state) {
+        try {
+            prepare(kind, form);
+            measureAgainst(
+                state,
+                {"import", fileOf(kind, form).string(), (folder() / "workspace/DS").string()},
+                clearWorkspace);
+        } catch (const std::exception& exception) {
+            state.SkipWithError(exception.what());
+        }
+        clearWorkspace();
+        for (const Form each : {form, Form::kPlain}) fs::remove(fileOf(kind, each));
+    };
+    benchmark::RegisterBenchmark(name.c_str(), measure)
+        ->UseManualTime()
+        ->Unit(benchmark::kMillisecond)
+        ->Iterations(importRounds());
+}
+
+void forEachFile(void (*measure)(const Kind&, Form)) {
+    for (const Kind& each : kinds()) measure(each, Form::kPlain);
+    for (const char* name : {"arcs_4E14.7", "arcs_2E21.14"}) measure(kind(name), Form::kCompressed);
+    measure(kind("arcs_4E14.7"), Form::kReturns);
+}
+
 }  // namespace
 
 void registerImports() {
-    for (const Kind& each : kinds()) compare(each, Form::kPlain);
-    compare(kind("arcs_4E14.7"), Form::kCompressed);
-    compare(kind("arcs_4E14.7"), Form::kReturns);
+    forEachFile(compare);
+    if (otherBuild()) forEachFile(compareBuilds);
 }
 
 }  // namespace bench

@@ -1,50 +1,18 @@
 // The program as its users run it, each time a process of its own: small files, memory, show, dump.
-#include <fcntl.h>
-#include <spawn.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <fstream>
 
 #include "bench/generator.h"
 #include "bench/measure.h"
 #include "bench/memory.h"
+#include "bench/process.h"
 #include "bench/workspace.h"
-
-extern char** environ;  // NOLINT: posix_spawn's own
 
 namespace bench {
 
 namespace {
 
-struct Usage {
-    double cpu;
-    double wall;
-};
-
-// Runs the program with its output in a file of the folder.
-Usage runIntake(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), INTAKE_PROGRAM_PATH);
-    std::vector<char*> words;
-    for (std::string& word : arguments) words.push_back(word.data());
-    words.push_back(nullptr);
-    posix_spawn_file_actions_t files;
-    posix_spawn_file_actions_init(&files);
-    posix_spawn_file_actions_addopen(&files, STDOUT_FILENO, (folder() / "output").c_str(),
-                                     O_WRONLY | O_CREAT | O_TRUNC, 0644);
-    const double start = now().wall;
-    pid_t child = 0;
-    const int failed = posix_spawn(&child, words[0], &files, nullptr, words.data(), environ);
-    posix_spawn_file_actions_destroy(&files);
-    require(failed == 0, "the program starts");
-    int status = 0;
-    rusage used{};
-    require(::wait4(child, &status, 0, &used) == child && status == 0, "the program succeeds");
-    const auto seconds = [](const timeval& time) {
-        return static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_usec);
-    };
-    return {seconds(used.ru_utime) + seconds(used.ru_stime), now().wall - start};
+Usage runIntake(const std::vector<std::string>& arguments) {
+    return runProgram(INTAKE_PROGRAM_PATH, arguments);
 }
 
 constexpr char kArcs[] = "arcs_4E14.7";
@@ -83,12 +51,11 @@ void measure(const char* name, int rounds, Body body) {
 // Times the body's best round.
 template <class Body>
 Usage best(benchmark::State& state, Body body) {
-    Usage best{1e9, 1e9};
+    Usage best;
     for (auto _ : state) {
         const Usage usage = body();
         state.SetIterationTime(usage.cpu);
-        best.cpu = std::min(best.cpu, usage.cpu);
-        best.wall = std::min(best.wall, usage.wall);
+        best.keepBest(usage);
     }
     state.counters["cpu_ms"] = best.cpu * 1e3;
     state.counters["wall_ms"] = best.wall * 1e3;
@@ -148,6 +115,18 @@ void pack(benchmark::State& state) {
     state.counters["intake_MBps"] = static_cast<double>(importBytes()) / usage.cpu / 1e6;
 }
 
+void dumpAgainst(benchmark::State& state) {
+    importFile(fileOf(kTable, "large.e00", importBytes()));
+    measureAgainst(state, {"dump", (folder() / "workspace/DS").string()}, [] {});
+}
+
+void packAgainst(benchmark::State& state) {
+    const fs::path file = arcs("large.e00", importBytes());
+    const fs::path packed = folder() / "packed.e00";
+    measureAgainst(state, {"pack", file.string(), packed.string()}, [&] { fs::remove(packed); });
+    fs::remove(packed);
+}
+
 }  // namespace
 
 void registerProgram() {
@@ -157,6 +136,9 @@ void registerProgram() {
     measure("program/dump_arcs", importRounds(), dump<kArcs>);
     measure("program/dump_table", importRounds(), dump<kTable>);
     measure("program/pack", importRounds(), pack);
+    if (!otherBuild()) return;
+    measure("against/dump_table", importRounds(), dumpAgainst);
+    measure("against/pack", importRounds(), packAgainst);
 }
 
 }  // namespace bench

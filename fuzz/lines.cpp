@@ -45,10 +45,13 @@ void readNext(bool atOnce, Values&... values) {
     read<format>(line, values...);
 }
 
-// What the lines up to the end of the first volume give.
+// What the lines up to the end of the first volume give, or up to some failures, each of which
+// takes as long as many lines.
+constexpr int kMostFailures = 4;
 std::vector<Outcome> outcomes(std::string_view text, bool atOnce) {
     fuzz::openVolumes(text);
     std::vector<Outcome> all;
+    int failures = 0;
     for (std::size_t number = 0; !volumeEnded() && number <= text.size(); ++number) {
         Outcome next;
         auto& [i, r, line, logical] = next;
@@ -68,6 +71,7 @@ std::vector<Outcome> outcomes(std::string_view text, bool atOnce) {
             // number, as the values are anything.
             i = {};
             r = {};
+            if (++failures == kMostFailures) break;
         }
         line = reader.lineNumber;
         logical = reader.logicalLines;

@@ -79,8 +79,9 @@ inline bool decimalValue(uint64_t digits, int power, double& value) {
     const int dropped = 11 - std::countl_zero(high);
     const uint64_t rest = high & ((uint64_t{1} << dropped) - 1);
     const uint64_t half = uint64_t{1} << (dropped - 1);
-    if (rest <= half && rest + 3 >= half) return false;
-    const uint64_t kept = (high >> dropped) + (rest > half ? 1 : 0);
+    // One comparison: which side of the half the rest is on is past guessing.
+    if (half - rest <= 3) return false;
+    const auto kept = static_cast<int64_t>((high >> dropped) + (rest > half ? 1 : 0));
     const int exponent = dropped + 64 - shift + five.exponent + power;
     value = static_cast<double>(kept) *
             std::bit_cast<double>(static_cast<uint64_t>(exponent + 1023) << 52);

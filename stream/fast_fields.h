@@ -131,6 +131,27 @@ inline constexpr std::array<double, 23> kPowers = {1e0,  1e1,  1e2,  1e3,  1e4, 
                                                    1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
                                                    1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 
+// What to multiply and then to divide by, for an exponent and its sign; one of them is 1, which
+// changes nothing. Where a double does not hold the power, both are no numbers, and so is what
+// comes of them.
+struct alignas(16) Scale {
+    double factor = std::numeric_limits<double>::quiet_NaN();
+    double divisor = std::numeric_limits<double>::quiet_NaN();
+};
+template <int decimals>
+inline constexpr auto kScales = [] {
+    std::array<std::array<Scale, 100>, 2> scales{};
+    for (int exponent = -99; exponent <= 99; ++exponent) {
+        const int power = exponent - decimals;
+        const auto size = static_cast<std::size_t>(power < 0 ? -power : power);
+        if (size >= kPowers.size()) continue;
+        const Scale scale = power < 0 ? Scale{1, kPowers[size]} : Scale{kPowers[size], 1};
+        scales[exponent < 0][static_cast<std::size_t>(exponent < 0 ? -exponent : exponent)] = scale;
+        if (exponent == 0) scales[1][0] = scale;
+    }
+    return scales;
+}();
+
 // Digits and powers of ten that a double holds exactly: one operation rounds once. Anything else
 // goes to the library, which cannot fail: a real has room for every exponent of two digits.
 inline double scaled(uint64_t digits, int power, const char* first, const char* last) {

@@ -27,27 +27,6 @@ template <int decimals, std::size_t count>
 
 #if defined(__SSE2__)
 
-// What to multiply and then to divide by, for an exponent and its sign; one of them is 1, which
-// changes nothing. Where a double does not hold the power, both are no numbers, and so is what
-// comes of them.
-struct alignas(16) Scale {
-    double factor = std::numeric_limits<double>::quiet_NaN();
-    double divisor = std::numeric_limits<double>::quiet_NaN();
-};
-template <int decimals>
-inline constexpr auto kScales = [] {
-    std::array<std::array<Scale, 100>, 2> scales{};
-    for (int exponent = -99; exponent <= 99; ++exponent) {
-        const int power = exponent - decimals;
-        const auto size = static_cast<std::size_t>(power < 0 ? -power : power);
-        if (size >= kPowers.size()) continue;
-        const Scale scale = power < 0 ? Scale{1, kPowers[size]} : Scale{kPowers[size], 1};
-        scales[exponent < 0][static_cast<std::size_t>(exponent < 0 ? -exponent : exponent)] = scale;
-        if (exponent == 0) scales[1][0] = scale;
-    }
-    return scales;
-}();
-
 // Sixteen characters of a real: digits as numbers, and 0 for everything else that is as it has to
 // be, but for a minus. `minus` has all bits where one stands that may, which says nothing of the
 // other places.

@@ -174,6 +174,7 @@ void assembleLine(std::span<char> line) {
 void RDVER(const int32_t& channel) {
     reader.EXPCOL = 0;
     reader.IMPCOL = 81;
+    reader.atHand = {};
     reader.HASCR = false;
     FixedText<81> first;
     int32_t count = 0;
@@ -202,6 +203,7 @@ void RDVER(const int32_t& channel) {
 std::size_t IMPCOM(std::span<char> line) {
     const std::string_view buffer(line.data(), line.size());
     int32_t count = 0;
+    reader.atHand = {};
     Status status = readPhysical(line, count);
     if (status != kSuccess) status = readInNextVolume(line, count, status);
     if (status != kSuccess) fatal("Could not import data (IMPCOM)");
@@ -240,6 +242,7 @@ bool volumeEnded() {
         static_cast<std::size_t>(reader.IMPCOL) <= reader.IMPBUF.view().size())
         return false;
     int32_t ended = 0;
+    reader.atHand = {};
     call(aatend_, reader.IMPUNT, ended);
     return ended != 0;
 }

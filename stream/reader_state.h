@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <string_view>
 
 #include "host/qxbase/channels.h"
 #include "stream/types.h"
@@ -32,6 +33,7 @@ struct ReaderState {
     int32_t volumesMade = 0;          // writer: volumes that have been created
     bool onlyCounts = false;          // writer: physical lines are counted and not written
     int64_t linesCounted = 0;         // writer: how many
+    std::string_view atHand;          // text of IMPBUF where it lies in the window, or empty
     QxWindow* window = &emptyWindow;  // of the channel, while lines are read from it
 };
 

@@ -65,7 +65,9 @@ void JsonOutput::flush() {
     stream_.flush();
 }
 
-JsonKey::JsonKey(std::string_view name) : text_(',' + quoted(name) + ':') {}
+JsonKey::JsonKey(std::string_view name) : text_(',' + quoted(name) + ':'), length_(text_.size()) {
+    text_.resize(length_ + kStep + 1);
+}
 
 JsonLine::JsonLine(JsonOutput& output, std::string_view className) : output_(output) {
     output_.add('{');
@@ -124,7 +126,9 @@ JsonLine& JsonLine::value(double number) {
     }
     char* place = output_.room(kMost);
     char* end = std::to_chars(place, place + kMost, number).ptr;
-    if (std::find_if(place, end, [](char each) { return each == '.' || each == 'e'; }) == end) {
+    // Most have a point, behind a few digits.
+    if (!std::memchr(place, '.', static_cast<std::size_t>(end - place)) &&
+        !std::memchr(place, 'e', static_cast<std::size_t>(end - place))) {
         *end++ = '.';
         *end++ = '0';
     }

@@ -30,10 +30,10 @@ bool belongs(std::string_view table, std::string_view owner) {
     return table.substr(0, table.rfind('.')) == owner || table == owner;
 }
 
-const TableItem* findItem(const int32_t* table, const int32_t* place) {
-    const Table* found = tables().find(*table);
-    if (!found || *place < 1) return nullptr;
-    const auto& items = found->definition().items;
+// Of a table or none.
+const TableItem* findItem(const Table* table, const int32_t* place) {
+    if (!table || *place < 1) return nullptr;
+    const auto& items = table->definition().items;
     const auto index = static_cast<std::size_t>(*place) - 1;
     return index < items.size() ? &items[index] : nullptr;
 }
@@ -83,7 +83,7 @@ void inflen_(const int32_t* table, int32_t* bytes) {
 void infitm_(const int32_t* table, const int32_t* place, QxItem* item, char* name,
              char* alternateName, int32_t* status, int32_t nameLength,
              int32_t alternateNameLength) {
-    const TableItem* found = findItem(table, place);
+    const TableItem* found = findItem(tables().find(*table), place);
     *status = found ? kSuccess : kFailed;
     if (!found) return;
     *item = found->item;
@@ -115,9 +115,9 @@ void infrd_(const int32_t* table, int32_t* number, int32_t* status) {
 
 void infbyt_(const int32_t* table, const int32_t* place, const char** bytes, int32_t* count,
              int32_t* status) {
-    const TableItem* item = findItem(table, place);
-    const auto found =
-        item ? tables().find(*table)->itemBytes(*item) : std::span<const std::byte>();
+    const Table* const open = tables().find(*table);
+    const TableItem* item = findItem(open, place);
+    const auto found = item ? open->itemBytes(*item) : std::span<const std::byte>();
     *bytes = reinterpret_cast<const char*>(found.data());
     *count = static_cast<int32_t>(found.size());
     *status = item && (!found.empty() || item->item.descriptor.width == 0) ? kSuccess : kFailed;
@@ -125,10 +125,11 @@ void infbyt_(const int32_t* table, const int32_t* place, const char** bytes, int
 
 void infval_(const int32_t* table, const int32_t* place, double* value, char* text, int32_t* status,
              int32_t textLength) {
-    const TableItem* item = findItem(table, place);
+    const Table* const open = tables().find(*table);
+    const TableItem* item = findItem(open, place);
     *status = kFailed;
     if (!item) return;
-    const auto bytes = tables().find(*table)->itemBytes(*item);
+    const auto bytes = open->itemBytes(*item);
     if (bytes.empty() && item->item.descriptor.width != 0) return;
     *value = unpackNumber(item->item.descriptor, bytes);
     const auto* characters = reinterpret_cast<const char*>(bytes.data());

@@ -89,8 +89,9 @@ void infdef_(const char* name, const char* directory, const char*, const int32_t
         wrfailC(place.c_str(), wanted.empty() ? EINVAL : ENAMETOOLONG);
         return;
     }
-    if (!store::haveDirectory(place)) return;
     const Catalogue& catalogue = readCatalogue(place);
+    // Where tables are listed there is a folder.
+    if (catalogue.numbers.size() == 0 && !store::haveDirectory(place)) return;
     if (!catalogue.sound) {
         wrfailC(cataloguePath(place).c_str(), 0);
         return;
