@@ -38,7 +38,11 @@ void exportNodesOf(Target& target, const std::string& path, const std::vector<Sp
     target.begin(
         layerOf("nodes", GeometryType::kPointZ, "Nodes of " + nameOf(path), {"number", "id"}));
     for (const datasets::Node& node : datasets::nodes(path)) {
-        if (!node.place || static_cast<std::size_t>(node.number) > spots.size()) break;
+        if (!node.place || static_cast<std::size_t>(node.number) > spots.size()) {
+            target.report().loss("nodes", "nodes have no place from this one on",
+                                 std::to_string(node.number));
+            break;
+        }
         if (!isWithin(target, *node.place)) continue;
         const Spot& spot = spots[static_cast<std::size_t>(node.number) - 1];
         const std::span<const double> part(&spot.x, 3);
@@ -75,7 +79,11 @@ void exportTriangles(Target& target, const std::string& path, const std::vector<
                          {"number", "shown"}));
     Mask mask(path);
     for (const datasets::Triangle& triangle : datasets::triangles(path)) {
-        if (!triangle.nodes) break;
+        if (!triangle.nodes) {
+            target.report().loss("triangles", "triangles have no corners from this one on",
+                                 std::to_string(triangle.number));
+            break;
+        }
         const int64_t shown = mask.shows() ? 1 : 0;
         const auto& [a, b, c] = *triangle.nodes;
         if (!isNode(a, spots) || !isNode(b, spots) || !isNode(c, spots)) {
@@ -115,6 +123,8 @@ void exportHull(Target& target, const std::string& path, const std::vector<Spot>
             line.push_back(line.front());
             const Value number[] = {++fid};
             target.addLine(fid, line, number);
+        } else if (!line.empty()) {
+            target.report().loss("hull", "a single node makes no line");
         }
         line.clear();
     };

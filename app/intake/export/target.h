@@ -29,6 +29,8 @@ class Target {
     // Whether a layer of this name was asked for. Each that is asked about counts as one that the
     // dataset could have.
     bool wants(const std::string& layer);
+    // The same, where it is not known yet whether the dataset has it.
+    bool mayWant(const std::string& layer) const;
     // Throws a std::runtime_error if a layer was asked for that the dataset does not have.
     void checkNames() const;
 
@@ -45,6 +47,8 @@ class Target {
                  std::span<const formats::Value> values);
     // A feature of the layer is there, but not all of its geometry.
     void incomplete() { ++tally_.leftOut; }
+    // So many records of the layer could not be read.
+    void unread(int64_t records);
     void end();
 
     // A text that belongs to the dataset, or to one of its layers, as bytes line by line.
