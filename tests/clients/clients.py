@@ -142,11 +142,9 @@ def check_areas(name, layer, precision):
                "perimeter", length, table_perimeter)
 
 
-def sql(file, *statements, spatial=False, hexed=False):
+def sql(file, *statements, spatial=False):
     load = (".load mod_spatialite",) if spatial else ()
     done = run("sqlite3", "-batch", file, *load, *statements)
-    if hexed:
-        return bytes.fromhex(done.stdout).decode()
     return done.stdout.split("\n")[:-1] if done.returncode == 0 else [done.stderr]
 
 
@@ -195,22 +193,27 @@ def check_sample(sample, folder):
     check_database(name, file)
     texts = ["".join(line + "\n" for line in record["lines"])
              for each in ("log", "projection", "metadata") for record in records.get(each, [])]
-    kept = json.loads(sql(file, "select hex(json_group_array(metadata)) from gpkg_metadata",
-                          hexed=True))
-    expect(sorted(kept) == sorted(texts), name, "texts", kept, texts)
+    if texts:
+        kept = json.loads(sql(file, "select json_group_array(metadata) from gpkg_metadata")[0])
+        expect(sorted(kept) == sorted(texts), name, "texts", kept, texts)
 
     ways = [("geojson", "as_is", ("--as-is",)), ("csv", "", ())]
     if not report["system"].startswith("undefined"):
         ways.append(("geojson", "wgs84", ()))
     for kind, way, options in ways:
         out = f"{dataset}_{kind}_{way}"
-        done = run(INTAKE, "export", "--format", kind, *options, dataset, out)
+        done = run(INTAKE, "export", "--json", "--format", kind, *options, dataset, out)
         expect(done.returncode in (0, 3), name, kind, done.stderr)
+        # Coordinates that are nowhere on earth are told, and their lengths are not there.
+        told = {each["name"] for each in json.loads(done.stdout)["layers"] if each["leftOut"]}
+        here = {layer: {key: truth[key] for key in truth
+                        if key in ("count", "columns") or layer not in told}
+                for layer, truth in wanted.items()}
         files = [os.path.join(out, each) for each in sorted(os.listdir(out))
                  if each.endswith("." + kind)]
         if files:
             found = read(kind, *files)
-            compare(name, wanted, found, kind)
+            compare(name, here, found, kind)
             for layer, sums in found["layers"].items():
                 expect(sums["wrong"] == 0, name, layer, "rings go the wrong way round")
                 expect(way != "wgs84" or sums["farthest"] <= 180, name, layer, "is off the earth")
