@@ -77,9 +77,13 @@ class CoverageArcs : public topology::ArcSource {
 
     void addTo(topology::ArcsByPolygon& lists) {
         QxArc arc{};
-        int32_t number = 0;
+        int32_t number = 0, status = 0;
+        const int32_t frontAlone = -1;
+        int32_t arcs = 0;
+        call(arcrec_, handle_, arcs);
+        lists.expect(static_cast<std::size_t>(arcs));
         for (;;) {
-            const int32_t status = read(number, arc);
+            call(arcrd_, handle_, number, arc, &room_.front().x, frontAlone, status);
             if (status != 0) break;
             lists.add(number, arc.leftPolygon, arc.rightPolygon);
         }

@@ -49,6 +49,20 @@ bool readFeature(int32_t handle, Arc& arc, std::vector<Point>& room) {
     });
 }
 
+bool readFeature(int32_t handle, ArcFront& arc, std::vector<Point>&) {
+    constexpr int32_t kFrontAlone = -1;
+    QxArc record{};
+    int32_t status = 0;
+    double none = 0;
+    call(arcrd_, handle, arc.number, record, &none, kFrontAlone, status);
+    arc.fromNode = record.fromNode;
+    arc.toNode = record.toNode;
+    arc.leftPolygon = record.leftPolygon;
+    arc.rightPolygon = record.rightPolygon;
+    arc.vertexCount = record.vertexCount;
+    return status == 0;
+}
+
 bool readFeature(int32_t handle, Label& label, std::vector<Point>&) {
     QxLabel record{};
     int32_t status = 0;
@@ -118,6 +132,8 @@ bool readFeature(int32_t handle, Annotation& annotation, std::vector<Point>& roo
 }
 
 Arcs arcs(std::string_view coverage) { return Arcs::opened(arcopn_, coverage); }
+
+ArcFronts arcFronts(std::string_view coverage) { return ArcFronts::opened(arcopn_, coverage); }
 Labels labels(std::string_view coverage) { return Labels::opened(labopn_, coverage); }
 Centroids centroids(std::string_view coverage) { return Centroids::opened(cntopn_, coverage); }
 Links links(std::string_view coverage) { return Links::opened(lnkopn_, coverage); }

@@ -30,6 +30,16 @@ struct Arc {
     std::span<const Point> vertices;
 };
 
+// The same without its vertices.
+struct ArcFront {
+    int32_t number = 0;
+    int32_t fromNode = 0;
+    int32_t toNode = 0;
+    int32_t leftPolygon = 0;
+    int32_t rightPolygon = 0;
+    int32_t vertexCount = 0;
+};
+
 struct Label {
     int32_t number = 0;
     int32_t userId = 0;
@@ -82,6 +92,7 @@ struct Annotation : AnnoRecord {
 // The next record of an open file of features, its list in the room, which grows as it must. False
 // behind the last.
 bool readFeature(int32_t handle, Arc& arc, std::vector<Point>& room);
+bool readFeature(int32_t handle, ArcFront& arc, std::vector<Point>& room);
 bool readFeature(int32_t handle, Label& label, std::vector<Point>& room);
 bool readFeature(int32_t handle, Centroid& centroid, std::vector<int32_t>& room);
 bool readFeature(int32_t handle, Polygon& polygon, std::vector<RingArc>& room);
@@ -127,6 +138,7 @@ class FeatureCursor {
 };
 
 using Arcs = Range<FeatureCursor<Arc, Point, arcrec_, arcpos_, arccls_>>;
+using ArcFronts = Range<FeatureCursor<ArcFront, Point, arcrec_, nullptr, arccls_>>;
 using Labels = Range<FeatureCursor<Label, Point, labrec_, labpos_, labcls_>>;
 using Centroids = Range<FeatureCursor<Centroid, int32_t, cntrec_, cntpos_, cntcls_>>;
 using Polygons = Range<FeatureCursor<Polygon, RingArc, palrec_, palpos_, palcls_>>;
@@ -140,6 +152,8 @@ enum class PolygonSource : int32_t { arcs = QX_POLYGON_ARCS, boxes = QX_POLYGON_
 // The features of the coverage at a path, and of one of its subclasses ("" is the one without a
 // name). A range is false where the coverage has no such file.
 Arcs arcs(std::string_view coverage);
+// Arcs without their vertices: what they name is read faster.
+ArcFronts arcFronts(std::string_view coverage);
 Labels labels(std::string_view coverage);
 Centroids centroids(std::string_view coverage);
 Polygons polygons(std::string_view coverage, PolygonSource source = PolygonSource::arcs);

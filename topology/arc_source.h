@@ -21,7 +21,7 @@ class ArcSource {
 
     // Appends the vertices of an arc in the order in which they are stored. False, with nothing
     // appended, if there is no arc of that number or it cannot be read. Arcs are asked for in
-    // ascending order within one shape, each once.
+    // ascending order within one shape, each at most once, and lately read ones not again.
     virtual bool vertices(int32_t number, std::vector<Point>& vertices) = 0;
 };
 

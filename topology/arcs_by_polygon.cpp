@@ -33,6 +33,8 @@ void ArcsByPolygon::sortByPolygon() {
 void ArcsByPolygon::finish() {
     sortByPolygon();
     arcs_.reserve(sides_.size());
+    polygons_.reserve(sides_.size() / 2);
+    ends_.reserve(sides_.size() / 2);
     for (const Side& side : sides_) {
         if (polygons_.empty() || polygons_.back() != side.polygon) {
             polygons_.push_back(side.polygon);
@@ -45,9 +47,14 @@ void ArcsByPolygon::finish() {
 }
 
 std::span<const int32_t> ArcsByPolygon::of(int32_t polygon) const {
-    const auto found = std::ranges::lower_bound(polygons_, polygon);
-    if (found == polygons_.end() || *found != polygon) return {};
-    const auto index = static_cast<std::size_t>(found - polygons_.begin());
+    if (polygons_.empty() || polygon < polygons_.front()) return {};
+    // Where all numbers are there, the place is the number.
+    auto index = static_cast<std::size_t>(int64_t{polygon} - polygons_.front());
+    if (index >= polygons_.size() || polygons_[index] != polygon) {
+        const auto found = std::ranges::lower_bound(polygons_, polygon);
+        if (found == polygons_.end() || *found != polygon) return {};
+        index = static_cast<std::size_t>(found - polygons_.begin());
+    }
     const std::size_t begin = index == 0 ? 0 : ends_[index - 1];
     return std::span(arcs_).subspan(begin, ends_[index] - begin);
 }

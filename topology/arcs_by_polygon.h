@@ -11,6 +11,8 @@ namespace topology {
 
 class ArcsByPolygon {
   public:
+    // Takes memory for so many arcs at once.
+    void expect(std::size_t arcs) { sides_.reserve(2 * arcs); }
     // Arcs have numbers from 1; any order will do. An arc with the same polygon on both sides is in
     // no list; neither are polygons with numbers below 1.
     void add(int32_t arc, int32_t left, int32_t right);

@@ -1,5 +1,5 @@
 // Makes the area of a list of arcs. One assembler serves any number of lists, one after the other,
-// and needs memory for the largest of them.
+// and needs memory for the largest of them, and a megabyte for arcs that may come again.
 //
 // A list names the arcs around an area, each in the direction in which the area lies to its right:
 // the number of an arc for its stored direction, minus the number for the other. The order does not
@@ -23,7 +23,7 @@ namespace topology {
 
 class Assembler {
   public:
-    // The source has to outlive the assembler.
+    // The source has to outlive the assembler, and its arcs stay what they are meanwhile.
     explicit Assembler(ArcSource& arcs);
     ~Assembler();
     Assembler(const Assembler&) = delete;

@@ -21,10 +21,24 @@ bool cross(const Point& a, const Point& b, const Point& c, const Point& d) {
 
 }  // namespace
 
+bool CrossingSearch::fewCross() const {
+    const std::size_t runs = runs_.size(0);
+    for (std::size_t first = 0; first < runs; ++first) {
+        for (std::size_t second = first + 1; second < runs; ++second) {
+            if (runs_.box(0, first).meets(runs_.box(0, second)) && between(first, second)) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
 // Two parts of the line are compared where their boxes meet, first whole, then their halves.
 bool CrossingSearch::crossesItself(std::span<const Point> line) {
     if (line.size() <= 4) return false;
+    constexpr std::size_t kFew = 8;
     runs_.over(line);
+    if (runs_.size(0) <= kFew) return fewCross();
     open_.assign(1, {runs_.levels() - 1, 0, 0});
     for (std::size_t patience = 1000 + 64 * line.size(); !open_.empty() && patience > 0;
          --patience) {

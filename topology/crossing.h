@@ -20,6 +20,7 @@ class CrossingSearch {
     struct Pair {
         std::size_t level, first, second;
     };
+    bool fewCross() const;
     bool between(std::size_t first, std::size_t second) const;
 
     Runs runs_;

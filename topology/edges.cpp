@@ -1,7 +1,7 @@
 #include "topology/edges.h"
 
 #include <algorithm>
-#include <cmath>
+#include <bit>
 
 namespace topology {
 
@@ -10,13 +10,21 @@ namespace {
 // Beyond it an area is no finite number any more; no map is that large.
 constexpr double kGreatest = 1e100;
 
+// How many vertices are kept for lists that follow: a megabyte of them.
+constexpr std::size_t kKept = 64 * 1024;
+
+// Without their signs, reals that are no number or too great are greater as integers, too; what is
+// left of the limit is then below zero.
 bool usable(std::span<const Point> points) {
-    bool usable = points.size() >= 2;
+    if (points.size() < 2) return false;
+    constexpr auto kLimit = std::bit_cast<uint64_t>(kGreatest);
+    constexpr uint64_t kSign = uint64_t{1} << 63;
+    uint64_t bad = 0;
     for (const Point& point : points) {
-        usable &= static_cast<bool>(static_cast<int>(std::fabs(point.x) <= kGreatest) &
-                                    static_cast<int>(std::fabs(point.y) <= kGreatest));
+        bad |= kLimit - (std::bit_cast<uint64_t>(point.x) & ~kSign);
+        bad |= kLimit - (std::bit_cast<uint64_t>(point.y) & ~kSign);
     }
-    return usable;
+    return (bad & kSign) == 0;
 }
 
 // The least integer has no counterpart, so numbers are compared without their sign as unsigned.
@@ -45,7 +53,10 @@ void Edges::append(const Edge& edge, bool whole, std::vector<Point>& points) con
 
 void readEdges(std::span<const int32_t> list, ArcSource& arcs, Edges& edges, Shape& shape) {
     edges.edges.clear();
-    edges.pool.clear();
+    if (edges.pool.size() > kKept) {
+        edges.pool.clear();
+        edges.recent.clear();
+    }
     std::vector<int32_t>& sorted = edges.list;
     sorted.assign(list.begin(), list.end());
     std::erase(sorted, 0);
@@ -59,6 +70,12 @@ void readEdges(std::span<const int32_t> list, ArcSource& arcs, Edges& edges, Sha
         if (sorted[index - 1] != arc) continue;
 
         const auto number = static_cast<int32_t>(magnitude(arc));
+        const bool repeated = index - first > 1;
+        if (const RecentArcs::Place* known = edges.recent.find(number)) {
+            if (repeated) shape.problems.push_back({Reason::RepeatedArc, number, 0, 0});
+            edges.edges.push_back({number, arc < 0, known->begin, known->end});
+            continue;
+        }
         const std::size_t begin = edges.pool.size();
         if (number < 0 || !arcs.vertices(number, edges.pool)) {
             edges.pool.resize(begin);
@@ -70,8 +87,12 @@ void readEdges(std::span<const int32_t> list, ArcSource& arcs, Edges& edges, Sha
             shape.problems.push_back({Reason::BadCoordinates, number, 0, 0});
             continue;
         }
-        if (index - first > 1) shape.problems.push_back({Reason::RepeatedArc, number, 0, 0});
-        edges.edges.push_back({number, arc < 0, begin, edges.pool.size()});
+        const std::size_t end = edges.pool.size();
+        if (end <= kKept) {
+            edges.recent.keep({number, static_cast<uint32_t>(begin), static_cast<uint32_t>(end)});
+        }
+        if (repeated) shape.problems.push_back({Reason::RepeatedArc, number, 0, 0});
+        edges.edges.push_back({number, arc < 0, begin, end});
     }
 }
 

@@ -19,9 +19,39 @@ struct Edge {
     std::size_t end = 0;
 };
 
+// Where in a pool the vertices of arcs lie that were read lately: most arcs are around two areas
+// that follow each other closely.
+class RecentArcs {
+  public:
+    struct Place {
+        int32_t arc = 0;
+        uint32_t begin = 0;
+        uint32_t end = 0;
+    };
+    void clear() { places_.clear(); }
+    // Null if the arc is not known any more.
+    const Place* find(int32_t arc) const {
+        if (places_.empty()) return nullptr;
+        const Place& place = places_[slot(arc)];
+        return place.arc == arc ? &place : nullptr;
+    }
+    // Another arc may be forgotten for it.
+    void keep(const Place& place) {
+        if (places_.empty()) places_.resize(kPlaces);
+        places_[slot(place.arc)] = place;
+    }
+
+  private:
+    static constexpr std::size_t kPlaces = 8192;
+    static std::size_t slot(int32_t arc) { return static_cast<std::size_t>(arc) % kPlaces; }
+
+    std::vector<Place> places_;
+};
+
 struct Edges {
     std::vector<Edge> edges;
-    std::vector<Point> pool;
+    std::vector<Point> pool;  // also of arcs of lists before
+    RecentArcs recent;
     std::vector<int32_t> list;  // numbers, sorted
 
     Point start(const Edge& edge) const { return pool[edge.backwards ? edge.end - 1 : edge.begin]; }

@@ -5,32 +5,36 @@
 namespace topology {
 
 Box boxOf(std::span<const Point> points) {
+    // Two boxes, as each comparison has to wait for the one before it.
     Box box{points.front(), points.front()};
-    for (const Point& point : points) {
-        box.least.x = std::min(box.least.x, point.x);
-        box.least.y = std::min(box.least.y, point.y);
-        box.greatest.x = std::max(box.greatest.x, point.x);
-        box.greatest.y = std::max(box.greatest.y, point.y);
+    Box other = box;
+    std::size_t index = 1;
+    for (; index + 1 < points.size(); index += 2) {
+        box = joined(box, {points[index], points[index]});
+        other = joined(other, {points[index + 1], points[index + 1]});
     }
-    return box;
+    if (index < points.size()) box = joined(box, {points[index], points[index]});
+    return joined(box, other);
 }
 
 double areaOf(std::span<const Point> ring) {
     const Point origin = ring.front();
-    // Two sums, as each addition has to wait for the one before it.
-    double area[2] = {};
-    std::size_t index = 1;
-    const auto triangle = [&](std::size_t at) {
-        const Point& a = ring[at - 1];
-        const Point& b = ring[at];
-        return (a.x - origin.x) * (b.y - origin.y) - (a.y - origin.y) * (b.x - origin.x);
+    // Sums in turn, as each addition has to wait for the one before it.
+    double area = 0, other = 0;
+    Point last;
+    const auto triangle = [&](const Point& point) {
+        const Point next{point.x - origin.x, point.y - origin.y};
+        const double twice = last.x * next.y - last.y * next.x;
+        last = next;
+        return twice;
     };
+    std::size_t index = 1;
     for (; index + 1 < ring.size(); index += 2) {
-        area[0] += triangle(index);
-        area[1] += triangle(index + 1);
+        area += triangle(ring[index]);
+        other += triangle(ring[index + 1]);
     }
-    if (index < ring.size()) area[0] += triangle(index);
-    return (area[0] + area[1]) / 2;
+    if (index < ring.size()) area += triangle(ring[index]);
+    return (area + other) / 2;
 }
 
 }  // namespace topology

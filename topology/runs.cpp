@@ -1,5 +1,8 @@
 #include "topology/runs.h"
 
+#include <tuple>
+#include <utility>
+
 namespace topology {
 
 namespace {
@@ -7,29 +10,67 @@ namespace {
 constexpr std::size_t kMostEdges = 32;
 constexpr std::size_t kFewVertices = 6;  // less to look at than to search
 
+// The least and the greatest of one coordinate, of vertices in turn, as each comparison has to wait
+// for the one before it.
+std::pair<double, double> rangeOf(std::span<const Point> points, double Point::*of) {
+    double least = points.front().*of, otherLeast = points.back().*of;
+    double greatest = least, otherGreatest = otherLeast;
+    std::size_t at = 1;
+    for (; at + 1 < points.size(); at += 2) {
+        least = std::min(least, points[at].*of);
+        greatest = std::max(greatest, points[at].*of);
+        otherLeast = std::min(otherLeast, points[at + 1].*of);
+        otherGreatest = std::max(otherGreatest, points[at + 1].*of);
+    }
+    return {std::min(least, otherLeast), std::max(greatest, otherGreatest)};
+}
+
+// Of vertices that go one way in a coordinate.
+Box boxOfRun(std::span<const Point> points, bool inX) {
+    Box box = boxOf(points.front(), points.back());
+    if (inX) {
+        std::tie(box.least.y, box.greatest.y) = rangeOf(points, &Point::y);
+    } else {
+        std::tie(box.least.x, box.greatest.x) = rangeOf(points, &Point::x);
+    }
+    return box;
+}
+
 }  // namespace
 
-// Takes the run that begins at a vertex, and gives the vertex where the next one begins.
+// Takes the run that begins at a vertex, and gives the vertex where the next one begins. It goes on
+// while it keeps its way in x and in y, then while it keeps the one that lasted longer.
 std::size_t Runs::takeRun(std::size_t from) {
-    bool right = true, left = true, up = true, down = true;
-    Way way = Way::right;
+    const Point* const line = line_.data();
     const std::size_t most = std::min(from + kMostEdges, line_.size() - 1);
-    Point a = line_[from];
-    Box box{a, a};
-    for (; from < most; ++from) {
-        const Point b = line_[from + 1];
-        right &= b.x >= a.x;
-        left &= b.x <= a.x;
-        up &= b.y >= a.y;
-        down &= b.y <= a.y;
-        if (!(right | left | up | down)) break;
-        way = right ? Way::right : left ? Way::left : up ? Way::up : Way::down;
-        box = joined(box, {b, b});
-        a = b;
+    std::size_t at = from;
+    bool right = true, left = true, up = true, down = true;
+    for (; at < most; ++at) {
+        const Point &a = line[at], &b = line[at + 1];
+        const bool r = right & (b.x >= a.x), l = left & (b.x <= a.x);
+        const bool u = up & (b.y >= a.y), d = down & (b.y <= a.y);
+        if (!(r | l) | !(u | d)) break;
+        right = r, left = l, up = u, down = d;
+    }
+    const auto goOn = [&](auto keeps) {
+        const std::size_t begin = at;
+        while (at < most && keeps(line[at], line[at + 1])) ++at;
+        return at > begin;
+    };
+    Way way = right ? Way::right : left ? Way::left : up ? Way::up : Way::down;
+    if (right && goOn([](const Point& a, const Point& b) { return b.x >= a.x; })) {
+        way = Way::right;
+    } else if (left && goOn([](const Point& a, const Point& b) { return b.x <= a.x; })) {
+        way = Way::left;
+    } else if (up && goOn([](const Point& a, const Point& b) { return b.y >= a.y; })) {
+        way = Way::up;
+    } else if (down && goOn([](const Point& a, const Point& b) { return b.y <= a.y; })) {
+        way = Way::down;
     }
     ways_.push_back(way);
-    boxes_.push_back(box);
-    return from;
+    boxes_.push_back(
+        boxOfRun(line_.subspan(from, at - from + 1), way == Way::right || way == Way::left));
+    return at;
 }
 
 void Runs::over(std::span<const Point> line) {
@@ -53,9 +94,18 @@ void Runs::over(std::span<const Point> line) {
 std::span<const Point> Runs::near(std::size_t run, const Box& box) const {
     const std::span<const Point> line = vertices(0, run);
     if (line.size() <= kFewVertices) return line;
+    // Runs that follow each other meet at their ends, so these are looked at first.
     const auto between = [&](auto&& before, auto&& notBehind) {
-        auto first = std::partition_point(line.begin(), line.end(), before);
-        auto last = std::partition_point(first, line.end(), notBehind);
+        auto first = line.begin(), last = line.end();
+        if (!before(line.front())) {
+            last = std::find_if_not(first, last, notBehind);
+        } else if (notBehind(line.back())) {
+            while (first != last && !before(*(last - 1))) --last;
+            first = std::exchange(last, line.end());
+        } else {
+            first = std::partition_point(first, last, before);
+            last = std::partition_point(first, last, notBehind);
+        }
         if (first != line.begin()) --first;
         if (last != line.end()) ++last;
         return std::span<const Point>(first, last);

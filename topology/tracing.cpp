@@ -233,15 +233,19 @@ bool traceSimply(const Edges& edges, Walks& walks) {
     constexpr std::size_t kMost = 16;
     const std::size_t count = edges.edges.size();
     if (count > kMost) return false;
+    std::array<Point, kMost> starts;
+    for (std::size_t edge = 0; edge < count; ++edge) {
+        starts[edge] = edges.start(edges.edges[edge]);
+    }
     std::array<uint32_t, kMost> next{};
     std::array<bool, kMost> reached{};
     for (std::size_t edge = 0; edge < count; ++edge) {
         const Point end = edges.finish(edges.edges[edge]);
         std::size_t fitting = 0;
         for (uint32_t other = 0; other < count; ++other) {
-            if (edges.start(edges.edges[other]) != end) continue;
-            next[edge] = other;
-            ++fitting;
+            const bool fits = (starts[other].x == end.x) & (starts[other].y == end.y);
+            next[edge] = fits ? other : next[edge];
+            fitting += fits;
         }
         if (fitting != 1 || reached[next[edge]]) return false;
         reached[next[edge]] = true;

@@ -76,7 +76,13 @@ void arcrd_(const int32_t* handle, int32_t* number, QxArc* arc, double* vertices
     *status = kEnd;
     store::RecordReader* reader = findReader(handle);
     std::span<const std::byte> pairs;
+    // Fronts alone are read for what they name, and arcs are then asked for by number.
+    if (reader && *capacity < 0) reader->keepPlaces();
     if (!readArc(reader, *number, *arc, pairs)) return;
+    if (*capacity < 0) {
+        *status = kSuccess;
+        return;
+    }
     if (arc->vertexCount > *capacity) {
         reader->again();
         *status = kNoRoom;

@@ -111,6 +111,9 @@ class RecordReader {
     // Remembers that the file is damaged (host/qxbase/failures.h). A file that ends before its
     // count does is found out here; what a record must hold only its reader knows.
     void noteDamage() const;
+    // Has next remember where records of any length lie as it passes them, eight bytes for each, so
+    // that seek need not look for them.
+    void keepPlaces() { keepsPlaces_ = true; }
     // Makes the record of a number from 1 the next one; false if there is none.
     bool seek(int64_t number);
     // Makes the record that next gave last the next one.
@@ -135,10 +138,22 @@ class RecordReader {
     int64_t lastPosition_ = RecordHeader::kBytes;
     bool counted_ = false;
     bool failed_;
-    std::vector<std::byte> buffer_;
-    int64_t bufferStart_ = 0;
-    std::size_t bufferUsed_ = 0;
-    std::vector<int64_t> places_;  // of each record of any length, once one was sought
+    struct Window {
+        std::vector<std::byte> bytes;
+        int64_t start = 0;
+        std::size_t used = 0;
+        bool holds(int64_t position, std::size_t count) const {
+            return position >= start &&
+                   position + static_cast<int64_t>(count) <= start + static_cast<int64_t>(used);
+        }
+    };
+    Window window_;
+    // Another place of the file, for readers that go back and forth between two; a file that is
+    // read in its order takes no memory for it.
+    Window other_;
+    std::vector<int64_t> places_;  // of records of any length, all once one was sought
+    bool keepsPlaces_ = false;
+    bool hasAllPlaces_ = false;
 };
 
 }  // namespace store

@@ -32,24 +32,28 @@ std::unique_ptr<RecordReader> RecordReader::open(const std::string& path) {
 std::span<const std::byte> RecordReader::window(int64_t position, std::size_t bytes) {
     const int64_t left = size_ - position;
     if (left < static_cast<int64_t>(bytes)) return {};
-    const bool inside =
-        position >= bufferStart_ &&
-        position + static_cast<int64_t>(bytes) <= bufferStart_ + static_cast<int64_t>(bufferUsed_);
-    if (!inside) {
+    if (window_.holds(position, bytes)) {
+        return {window_.bytes.data() + (position - window_.start), bytes};
+    }
+    const bool goesOn =
+        position >= window_.start && position <= window_.start + static_cast<int64_t>(window_.used);
+    if (!goesOn) std::swap(window_, other_);
+    if (!window_.holds(position, bytes)) {
         const std::size_t wanted = std::max(bytes, kWindowBytes);
         const auto fill = static_cast<std::size_t>(std::min(left, static_cast<int64_t>(wanted)));
-        if (buffer_.size() < fill) {
-            // What it held is not needed any more, and need not be there beside the new one.
-            std::vector<std::byte>().swap(buffer_);
-            buffer_.resize(fill);
+        // What they held is not needed any more, and need not be there beside something large.
+        if (fill > kWindowBytes) other_ = {};
+        if (window_.bytes.size() < fill) {
+            window_ = {};
+            window_.bytes.resize(fill);
         }
-        const int64_t count = file_.readAt(position, {buffer_.data(), fill});
+        const int64_t count = file_.readAt(position, {window_.bytes.data(), fill});
         failed_ |= count < 0;
-        bufferStart_ = position;
-        bufferUsed_ = count < 0 ? 0 : static_cast<std::size_t>(count);
-        if (bufferUsed_ < bytes) return {};
+        window_.start = position;
+        window_.used = count < 0 ? 0 : static_cast<std::size_t>(count);
+        if (window_.used < bytes) return {};
     }
-    return {buffer_.data() + (position - bufferStart_), bytes};
+    return {window_.bytes.data() + (position - window_.start), bytes};
 }
 
 void RecordReader::noteDamage() const { rdfailC(file_.path().c_str(), 0); }
@@ -76,6 +80,9 @@ bool RecordReader::readNext(std::span<const std::byte>& record) {
     if (size_ - place < static_cast<int64_t>(bytes)) return false;
     record = bytes == 0 ? std::span<const std::byte>() : window(place, bytes);
     if (record.size() != bytes) return false;
+    if (keepsPlaces_ && static_cast<int64_t>(places_.size()) == number_) {
+        places_.push_back(position_);
+    }
     lastPosition_ = position_;
     position_ = place + static_cast<int64_t>(bytes);
     ++number_;
@@ -103,6 +110,8 @@ int64_t RecordReader::count() {
 
 void RecordReader::findRecords() {
     int64_t place = RecordHeader::kBytes;
+    places_.clear();
+    hasAllPlaces_ = true;
     while (header_.count < 0 || static_cast<int64_t>(places_.size()) < header_.count) {
         const auto length = window(place, 4);
         if (length.empty()) return;
@@ -125,7 +134,7 @@ bool RecordReader::seek(int64_t number) {
         position_ = static_cast<int64_t>(RecordHeader::kBytes) +
                     (number - 1) * static_cast<int64_t>(header_.recordBytes);
     } else if (number != number_ + 1) {
-        if (places_.empty()) findRecords();
+        if (number > static_cast<int64_t>(places_.size()) && !hasAllPlaces_) findRecords();
         if (number > static_cast<int64_t>(places_.size())) return false;
         position_ = places_[static_cast<std::size_t>(number - 1)];
     }

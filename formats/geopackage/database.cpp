@@ -34,9 +34,13 @@ void Database::fail(int code) const {
     switch (code & 0xff) {
         case SQLITE_FULL:
             failed(target_, ENOSPC);
-        case SQLITE_IOERR:
-            if (const int reason = sqlite3_system_errno(handle_)) failed(target_, reason);
+        case SQLITE_IOERR: {
+            // A statement that is over has taken the handle's reason with it.
+            const int last = errno;
+            const int reason = sqlite3_system_errno(handle_);
+            if (reason != 0 || last != 0) failed(target_, reason != 0 ? reason : last);
             break;
+        }
         case SQLITE_NOMEM:
             throw std::bad_alloc();
     }
@@ -44,6 +48,7 @@ void Database::fail(int code) const {
 }
 
 void Database::run(const std::string& sql) {
+    errno = 0;
     check(sqlite3_exec(handle_, sql.c_str(), nullptr, nullptr, nullptr));
 }
 

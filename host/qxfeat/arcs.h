@@ -32,7 +32,9 @@ QX_API void arccls_(const int32_t* handle);
  * it holds; arcpos_ makes the arc of a record number, from 1, the next one.
  * arcrd_ reads the next arc: its number, its QxArc, and its vertices into room for capacity pairs.
  *   status 0; -1 behind the last arc; 1 if it has more vertices than there is room for: then arc
- *   tells how many, no vertices are given, and the next call gives the same arc again.
+ *   tells how many, no vertices are given, and the next call gives the same arc again. A capacity
+ *   below zero asks for the arc without its vertices, and where it lies is remembered for arcpos_,
+ *   in eight bytes.
  * arcbox_ reads the next arc for its box alone, as boxfd2_ has it: status 0, or -1 behind the last
  *   arc. */
 QX_API void arcopn_(int32_t* handle, const char* coverage, int32_t* status, int32_t coverageLength);

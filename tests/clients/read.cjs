@@ -18,13 +18,27 @@ function measure(geometry, sums) {
       sums.area += ((x - part[0][0]) * (v - part[0][1]) - (u - part[0][0]) * (y - part[0][1])) / 2;
     }
     sums.vertices += part.length;
+    for (const [x, y] of part) sums.farthest = Math.max(sums.farthest, Math.abs(x), 2 * Math.abs(y));
   };
   if (!geometry) return;
   if (geometry.type === 'Point') sums.vertices += 1;
   else visit(geometry.coordinates);
+  for (const [at, ring] of rings(geometry)) {
+    const own = empty();
+    measure({ type: 'LineString', coordinates: ring }, own);
+    if (own.area > 0 !== (at === 0)) ++sums.wrong;
+  }
 }
 
-const empty = () => ({ count: 0, geometries: 0, vertices: 0, length: 0, area: 0, columns: {} });
+// The rings of polygons, each with its place in its polygon: 0 for an outer one.
+function rings(geometry) {
+  const polygons = { Polygon: (all) => [all], MultiPolygon: (all) => all }[geometry.type];
+  return polygons ? polygons(geometry.coordinates).flatMap((each) => [...each.entries()]) : [];
+}
+
+// farthest: of longitudes, or twice a latitude; wrong: rings that go the wrong way round.
+const empty = () => ({ count: 0, geometries: 0, vertices: 0, length: 0, area: 0, farthest: 0,
+  wrong: 0, columns: {} });
 
 function addColumns(values, sums) {
   for (const [name, value] of Object.entries(values)) {

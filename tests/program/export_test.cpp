@@ -1,6 +1,12 @@
 // Datasets in open formats, looked at as texts: programs of others read the rest (tests/clients).
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
 #include <filesystem>
 
+#include "formats/formats.h"
 #include "tests/support/columns.h"
 #include "tests/support/program_test.h"
 
@@ -121,6 +127,7 @@ TEST_F(Export, PolygonsComeFromTheirListsOrFromWhatLiesBesideTheArcs) {
 
 TEST_F(Export, WhatDoesNotCloseIsKeptAsLinesAndTold) {
     imported(kArcs + polygons(polygon({30}) + polygon({99})));
+    EXPECT_EQ(features("unclosed").size(), 1U);
     const auto lines = features("unclosed", {"--layer", "polygons", "--json"});
     EXPECT_EQ(last_.status, 3);
     ASSERT_EQ(lines.size(), 1U);
@@ -201,6 +208,39 @@ TEST_F(Export, FailuresAreToldAndLeaveNothing) {
     EXPECT_EQ(fileBytes(path("there.gpkg")), "mine");
     EXPECT_EQ(run({"export", "@DS", "@there.gpkg", "--force"}).status, 0);
     EXPECT_TRUE(fileBytes(path("there.gpkg")).starts_with("SQLite format 3"));
+}
+
+TEST_F(Export, ADiskThatIsFullIsToldOnceAndNothingIsLeft) {
+    imported(kArcs + kProjection);
+    for (const char* output : {"o.gpkg", "o.geojson", "o.csv"}) {
+        const pid_t child = ::fork();
+        if (child == 0) {
+            const rlimit limit{100, 100};
+            std::signal(SIGXFSZ, SIG_IGN);
+            ::setrlimit(RLIMIT_FSIZE, &limit);
+            const Outcome full =
+                run({"export", "@DS", path(output), "--format",
+                     std::string(formats::formatOf(output)->name), "--layer", "arcs"});
+            const bool told = full.errors == "intake: " + path(output) + ": File too large\n";
+            ::_exit(full.status == 1 && told ? 0 : 1);
+        }
+        int status = 0;
+        ASSERT_EQ(::waitpid(child, &status, 0), child);
+        EXPECT_EQ(status, 0) << output;
+        EXPECT_TRUE(leftNothing("o."));
+    }
+}
+
+TEST_F(Export, GeometriesGoIntoTablesAsTextWhereThatIsAskedFor) {
+    imported(kArcs);
+    EXPECT_EQ(run({"export", "@DS", "@t", "--format", "csv", "--wkt"}).status, 0);
+    const std::string arcs = fileBytes(path("t/arcs.csv"));
+    EXPECT_NE(arcs.find("\r\n1,10,100,1,2,2,3,\"LINESTRING (1 0, 1 1)\"\r\n"), std::string::npos)
+        << arcs;
+    EXPECT_NE(fileBytes(path("t/polygons.csv")).find("MULTIPOLYGON (((1"), std::string::npos);
+    const Outcome bare = run({"export", "@DS", "@b", "--format", "csv", "--layer", "nodes"});
+    EXPECT_EQ(fileBytes(path("b/nodes.csv")), "fid,number\r\n1,1\r\n2,2\r\n");
+    EXPECT_NE(bare.errors.find("--wkt"), std::string::npos) << bare.errors;
 }
 
 TEST_F(Export, ConvertGoesFromTheFileAndLeavesNoWorkspace) {

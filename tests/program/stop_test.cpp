@@ -3,6 +3,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <thread>
@@ -127,6 +128,25 @@ TEST_F(Stop, WhereOnlyTemporaryFilesAreMadeItEndsAtOnce) {
     EXPECT_FALSE(std::filesystem::exists(path("DS")));
     ::close(ends[0]);
     ::close(ends[1]);
+}
+
+TEST_F(Stop, AnExportThatIsStoppedLeavesNothing) {
+    givenMany();
+    ASSERT_EQ(import(), 1);
+    const auto left = [&](std::string_view name) {
+        const std::filesystem::directory_iterator all(path("."));
+        return std::ranges::any_of(all, [&](const auto& entry) {
+            return entry.path().filename().string().starts_with(name);
+        });
+    };
+    for (const auto& [command, source] : {std::pair("export", "DS"), {"convert", "in.e00"}}) {
+        Running stopped({command, path(source), path("out.gpkg")}, STDIN_FILENO);
+        while (!left("out.gpkg") && !stopped.ended()) std::this_thread::yield();
+        stopped.send(SIGINT);
+        EXPECT_EQ(stopped.wait(), 130) << command;
+        EXPECT_FALSE(left("out.gpkg")) << command;
+        EXPECT_TRUE(std::filesystem::is_empty(path("tmp"))) << command;
+    }
 }
 
 TEST_F(Stop, ASecondSignalEndsAnImportThatCannotGoOn) {

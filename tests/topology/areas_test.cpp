@@ -149,7 +149,8 @@ TEST(Areas, LargeAndHostileLists) {
         list.push_back(hole + 2);
         arcs.arcs[hole + 2] = square(hole % kSide, hole / kSide, 0.5);  // NOLINT: rows
     }
-    const Shape& sieve = assembler.assemble(list);
+    Assembler sieveMaker(arcs);
+    const Shape& sieve = sieveMaker.assemble(list);
     EXPECT_EQ(sieve.ringCounts, std::vector<uint32_t>{kSide * kSide + 1});
     EXPECT_TRUE(sieve.problems.empty());
 
@@ -160,7 +161,8 @@ TEST(Areas, LargeAndHostileLists) {
                                {1 + std::cos(to), 1 + std::sin(to)},
                                {1, 1}};
     }
-    const Shape& star = assembler.assemble(list);
+    Assembler starMaker(arcs);
+    const Shape& star = starMaker.assemble(list);
     EXPECT_EQ(star.ringCounts, std::vector<uint32_t>{kSide * kSide + 1});
     EXPECT_TRUE(star.problems.empty());
 
@@ -170,7 +172,8 @@ TEST(Areas, LargeAndHostileLists) {
         arcs.arcs[ring] = square(ring, ring, 2.0 * (20001 - ring));
         list.push_back(ring % 2 == 1 ? -ring : ring);
     }
-    const Shape& target = assembler.assemble(list);
+    Assembler targetMaker(arcs);
+    const Shape& target = targetMaker.assemble(list);
     EXPECT_EQ(target.ringCounts, std::vector<uint32_t>(10000, 2));
     EXPECT_TRUE(target.problems.empty());
 }

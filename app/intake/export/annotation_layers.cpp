@@ -1,6 +1,8 @@
 // The layers of the texts that a coverage has placed on it.
+#include <array>
 #include <cmath>
 #include <numbers>
+#include <utility>
 
 #include "app/intake/export/layers.h"
 #include "app/intake/utf8.h"
@@ -25,6 +27,42 @@ Value angleOf(std::span<const Point> points) {
         if (east != 0 || north != 0) return std::atan2(north, east) * 180 / std::numbers::pi;
     }
     return {};
+}
+
+// A table of lines: its numbers up to the last that is not 0.
+std::string numbersOf(std::span<const int16_t, QX_ANNO_LINES> table) {
+    std::string text, behind;
+    for (const int16_t number : table) {
+        behind += (behind.empty() && text.empty() ? "" : " ") + std::to_string(number);
+        if (number != 0) text += std::exchange(behind, {});
+    }
+    return text;
+}
+
+// What an annotation says that is seldom asked for, kept all the same.
+const formats::Column kFurtherColumns[] = {
+    {"end_x", formats::ColumnType::kReal, 8},
+    {"end_y", formats::ColumnType::kReal, 8},
+    {"leader_count", formats::ColumnType::kInteger, 4},
+    {"line_starts", formats::ColumnType::kText, 0},
+    {"line_table_b", formats::ColumnType::kText, 0},
+    {"extra_value1", formats::ColumnType::kReal, 8},
+    {"extra_value2", formats::ColumnType::kReal, 8},
+    {"extra_word1", formats::ColumnType::kInteger, 4},
+    {"extra_word2", formats::ColumnType::kInteger, 4},
+};
+
+// The texts are valid until the next call.
+void appendFurther(const Annotation& each, std::array<std::string, 2>& rooms,
+                   std::vector<Value>& values) {
+    rooms = {numbersOf(each.lineStart), numbersOf(each.lineTableB)};
+    const bool ends = each.points.size() > 1;
+    values.push_back(ends ? Value(each.points.back().x) : Value());
+    values.push_back(ends ? Value(each.points.back().y) : Value());
+    values.insert(values.end(),
+                  {int64_t{each.leaderCount}, std::string_view(rooms[0]),
+                   std::string_view(rooms[1]), each.extraValues[0], each.extraValues[1],
+                   int64_t{each.extraWord1}, int64_t{each.extraWord2}});
 }
 
 bool allUtf8(Annotations annotations) {
@@ -58,8 +96,7 @@ constexpr Part kParts[] = {
 };
 
 template <class Take>
-void eachOf(const Target& target, const std::string& coverage, std::string_view subclass,
-            Take take) {
+void eachOf(Target& target, const std::string& coverage, std::string_view subclass, Take take) {
     eachWithin(target, datasets::annotations(coverage, subclass), coverage,
                datasets::Indexed::annotation, subclass, take);
 }
@@ -95,10 +132,13 @@ void exportSubclass(Target& target, const std::string& coverage, std::string_vie
         layer.columns.push_back({"symbol_size", formats::ColumnType::kReal, 4});
         layer.columns.push_back({"level", formats::ColumnType::kInteger, 4});
         layer.columns.push_back({"line_count", formats::ColumnType::kInteger, 4});
+        layer.columns.insert(layer.columns.end(), std::begin(kFurtherColumns),
+                             std::end(kFurtherColumns));
         table.define(layer.columns);
         const bool utf8 = allUtf8(datasets::annotations(coverage, subclass));
         target.begin(layer);
         std::string room;
+        std::array<std::string, 2> further;
         std::vector<Value> values;
         eachOf(target, coverage, subclass, [&](const Annotation& each, int32_t record) {
             values = {int64_t{record},
@@ -110,6 +150,7 @@ void exportSubclass(Target& target, const std::string& coverage, std::string_vie
                       double{each.symbolSize},
                       int64_t{each.groupCode},
                       int64_t{each.lineCount}};
+            appendFurther(each, further, values);
             table.append(record, target.decoder(), values);
             target.addLine(record, each.points.first(std::min<std::size_t>(each.points.size(), 1)),
                            values);

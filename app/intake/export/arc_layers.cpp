@@ -15,7 +15,7 @@ ArcSurvey surveyArcs(const std::string& coverage) {
     ArcSurvey survey;
     survey.ownLists = datasets::polygons(coverage).count() > 0;
     survey.polygons = survey.ownLists;
-    for (const datasets::Arc& arc : datasets::arcs(coverage)) {
+    for (const datasets::ArcFront& arc : datasets::arcFronts(coverage)) {
         ++survey.count;
         survey.highestNode = std::max({survey.highestNode, arc.fromNode, arc.toNode});
         if (arc.leftPolygon != arc.rightPolygon) survey.polygons = true;

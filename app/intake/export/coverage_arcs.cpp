@@ -6,9 +6,9 @@ namespace program {
 
 CoverageArcs::CoverageArcs(const std::string& coverage) : arcs_(datasets::arcs(coverage)) {
     int32_t record = 0;
-    for (const datasets::Arc& arc : arcs_) {
+    for (const datasets::ArcFront& arc : datasets::arcFronts(coverage)) {
         ++record;
-        vertexCount_ += static_cast<int64_t>(arc.vertices.size());
+        vertexCount_ += arc.vertexCount;
         if (records_.empty() && arc.number == record) continue;
         if (records_.empty()) {
             for (int32_t each = 1; each < record; ++each) records_.push_back({each, each});
@@ -23,7 +23,13 @@ CoverageArcs::CoverageArcs(const std::string& coverage) : arcs_(datasets::arcs(c
 bool CoverageArcs::vertices(int32_t number, std::vector<topology::Point>& vertices) {
     const datasets::Arc* arc = arcs_.at(recordOf(number));
     if (!arc) return false;
-    for (const datasets::Point& each : arc->vertices) vertices.push_back({each.x, each.y});
+    const std::size_t before = vertices.size();
+    vertices.resize(before + arc->vertices.size());
+    std::transform(arc->vertices.begin(), arc->vertices.end(),
+                   vertices.begin() + static_cast<std::ptrdiff_t>(before),
+                   [](const datasets::Point& each) {
+                       return topology::Point{each.x, each.y};
+                   });
     return true;
 }
 

@@ -86,8 +86,13 @@ void write(const ExportOptions& options, const datasets::Dataset& dataset,
     const formats::WriterMaker& maker =
         format.maker ? *format.maker : loadModule<formats::WriterMaker>(std::string(format.module));
     const std::unique_ptr<formats::Writer> writer = maker.make(options.output, how);
+    const Kind& kind = kindOf(dataset);
+    if (!format.geometries && !format.rasters && !options.wellKnownText &&
+        kind.layers != exportTable) {
+        report.note("geometries are left out of " + options.output + "; --wkt adds them");
+    }
     Target target(options, *writer, system, report, console);
-    kindOf(dataset).layers(target, dataset);
+    kind.layers(target, dataset);
     target.checkNames();
     throwIfInterrupted();
     writer->finish();
@@ -99,19 +104,22 @@ int exportDataset(const ExportOptions& options, Console& console) {
     ExportReport report;
     const formats::Format& format = formatFor(options);
     const Interrupts interrupts;
+    bool written = false;
     try {
         const int status = reading(console, [&] {
             const datasets::Dataset dataset = datasets::findDataset(options.dataset, options.kind);
             refuseMisfits(dataset, format);
             const crs::ReferenceSystem system = systemOf(dataset.path, options.system, report);
             write(options, dataset, format, system, report, console);
+            written = true;
             if (!options.quiet) report.print(console);
             if (options.json) {
                 report.printJson(console, options.dataset, options.output, format.name,
                                  system.description);
             }
         });
-        return status == kDone && report.lost() ? kComplained : status;
+        // What a damaged file did not give was told, and the output has the rest.
+        return written && (status != kDone || report.lost()) ? kComplained : status;
     } catch (const Interrupted& interrupted) {
         complain(console, "stopped; " + options.output + " was not made");
         return interrupted.exitStatus();

@@ -62,13 +62,15 @@ formats::Layer layerOf(std::string name, formats::GeometryType geometry, std::st
                        std::initializer_list<const char*> integers, const TableColumns& table = {});
 
 // Calls take(element, record) for each element of a range, or for those whose record numbers the
-// rectangle that was asked for gives.
+// rectangle that was asked for gives. Those that a damaged file does not give are told.
 template <class Elements, class Take>
-void eachWithin(const Target& target, Elements elements, const std::string& coverage,
+void eachWithin(Target& target, Elements elements, const std::string& coverage,
                 datasets::Indexed what, std::string_view subclass, Take take) {
     if (!target.options().within) {
+        const int32_t count = elements.count();
         int32_t record = 0;
         for (const auto& element : elements) take(element, ++record);
+        target.unread(count - record);
         return;
     }
     const auto found = datasets::featuresWithin(coverage, what, subclass, *target.options().within);

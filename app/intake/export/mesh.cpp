@@ -98,6 +98,7 @@ class MeshMaker {
 
     void takeHull() {
         eachHullRing(path_, spots_, [&](const std::vector<int32_t>& ring) {
+            if (ring.size() == 1) return report_.loss("hull", "a single node makes no line");
             for (std::size_t each = 0; each < ring.size(); ++each) {
                 if (!takeEdge(mesh_.hull, ring[each], ring[(each + 1) % ring.size()])) ++hullGaps_;
             }

@@ -1,6 +1,6 @@
 // The layers of areas: polygons, regions, and what of them did not close.
+#include <algorithm>
 #include <limits>
-#include <set>
 
 #include "app/intake/export/coverage_arcs.h"
 #include "app/intake/export/layers.h"
@@ -58,6 +58,7 @@ class Areas {
           coverage_(coverage),
           layer_(std::move(layer)),
           noun_(std::move(noun)),
+          wanted_(target.mayWant(layer_)),
           arcs_(coverage),
           assembler_(arcs_),
           verticesLeft_(arcs_.vertexCount() * timesEach + kFreeVertices) {}
@@ -69,6 +70,10 @@ class Areas {
         for (std::size_t ring = 0; ring < shape.rings(); ++ring) take(shape.ring(ring));
         for (std::size_t line = 0; line < shape.lines(); ++line) take(shape.line(line));
         if (!alreadyWithin && target_.options().within && !isWithin(target_, boxOf(shape))) return;
+        if (!wanted_) {
+            if (shape.lines() != 0) broken_.push_back(number);
+            return;
+        }
         values.assign(1, int64_t{number});
         table.append(number, target_.decoder(), values);
         target_.add(number, geometry_.of(shape), values);
@@ -125,6 +130,7 @@ class Areas {
     const std::string& coverage_;
     std::string layer_;
     std::string noun_;
+    bool wanted_;  // or only what could not be closed
     CoverageArcs arcs_;
     topology::Assembler assembler_;
     int64_t verticesLeft_;
@@ -171,7 +177,9 @@ void exportListed(Target& target, const std::string& coverage, const std::string
 // Areas by what lies left and right of the arcs.
 void exportBesideArcs(Target& target, const std::string& coverage, TableColumns table) {
     topology::ArcsByPolygon lists;
-    for (const datasets::Arc& arc : datasets::arcs(coverage)) {
+    datasets::ArcFronts arcs = datasets::arcFronts(coverage);
+    lists.expect(static_cast<std::size_t>(arcs.count()));
+    for (const datasets::ArcFront& arc : arcs) {
         lists.add(arc.number, arc.leftPolygon, arc.rightPolygon);
     }
     lists.finish();
@@ -187,10 +195,15 @@ void exportBesideArcs(Target& target, const std::string& coverage, TableColumns 
     areas.writeBroken("unclosed", [&](int32_t number) { return lists.of(number); });
 }
 
+// Whether areas are to be made, be it only to find what of them does not close.
+bool wantsAreas(Target& target, const std::string& name, const std::string& unclosed) {
+    return target.wants(name) || target.mayWant(unclosed);
+}
+
 }  // namespace
 
 void exportPolygons(Target& target, const std::string& coverage, const ArcSurvey& survey) {
-    if (!survey.polygons || !target.wants("polygons")) return;
+    if (!survey.polygons || !wantsAreas(target, "polygons", "unclosed")) return;
     TableColumns table = columnsOf(target, coverage, "PAT");
     if (survey.ownLists) {
         exportListed(target, coverage, "polygons", "unclosed", datasets::Indexed::polygons, {},
@@ -204,9 +217,9 @@ void exportRegions(Target& target, const std::string& coverage) {
     for (const std::string& subclass :
          datasets::subclasses(coverage, datasets::Subclassed::regions)) {
         const std::string name = nameWith("regions", subclass);
-        if (!target.wants(name)) continue;
-        exportListed(target, coverage, name, nameWith("unclosed_regions", subclass),
-                     datasets::Indexed::regions, subclass,
+        const std::string unclosed = nameWith("unclosed_regions", subclass);
+        if (!wantsAreas(target, name, unclosed)) continue;
+        exportListed(target, coverage, name, unclosed, datasets::Indexed::regions, subclass,
                      columnsOf(target, coverage, "PAT" + subclass));
     }
 }

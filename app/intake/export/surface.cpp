@@ -16,7 +16,11 @@ void exportNodesOf(Target& target, const std::string& path, const std::vector<Sp
     target.begin(
         layerOf("nodes", GeometryType::kPointZ, "Nodes of " + nameOf(path), {"number", "id"}));
     for (const datasets::Node& node : datasets::nodes(path)) {
-        if (!node.place || static_cast<std::size_t>(node.number) > spots.size()) break;
+        if (!node.place || static_cast<std::size_t>(node.number) > spots.size()) {
+            target.report().loss("nodes", "nodes have no place from this one on",
+                                 std::to_string(node.number));
+            break;
+        }
         if (!isWithin(target, *node.place)) continue;
         const Spot& spot = spots[static_cast<std::size_t>(node.number) - 1];
         const std::span<const double> part(spot);
@@ -33,7 +37,11 @@ void exportTriangles(Target& target, const std::string& path, const std::vector<
                          {"number", "shown"}));
     Mask mask(path);
     for (const datasets::Triangle& triangle : datasets::triangles(path)) {
-        if (!triangle.nodes) break;
+        if (!triangle.nodes) {
+            target.report().loss("triangles", "triangles have no corners from this one on",
+                                 std::to_string(triangle.number));
+            break;
+        }
         const int64_t shown = mask.shows() ? 1 : 0;
         const auto& [a, b, c] = *triangle.nodes;
         if (!isNode(a, spots) || !isNode(b, spots) || !isNode(c, spots)) {
@@ -59,6 +67,7 @@ void exportHull(Target& target, const std::string& path, const std::vector<Spot>
     std::vector<datasets::Point> line;
     int64_t fid = 0;
     eachHullRing(path, spots, [&](const std::vector<int32_t>& ring) {
+        if (ring.size() == 1) return target.report().loss("hull", "a single node makes no line");
         line.clear();
         for (const int32_t node : ring) {
             const Spot& spot = spotOf(node, spots);

@@ -48,12 +48,12 @@ class Mask {
 };
 
 // The hull's numbers name nodes around the surface; one that names none parts two rings. Calls
-// take(numbers) for each ring of two nodes or more, whose last is not its first once more.
+// take(numbers) for each ring, whose last is not its first once more; a single node is one too.
 template <class Take>
 void eachHullRing(const std::string& path, const std::vector<Spot>& spots, Take take) {
     std::vector<int32_t> ring;
     const auto finish = [&] {
-        if (ring.size() > 1) take(ring);
+        if (!ring.empty()) take(ring);
         ring.clear();
     };
     for (const int32_t number : datasets::hull(path)) {

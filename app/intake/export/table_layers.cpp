@@ -38,10 +38,8 @@ void exportOne(Target& target, const datasets::TablePlace& place) {
         target.add(row.number(), {}, values);
         ++rows;
     }
+    target.unread(table.table().count() - rows);
     target.end();
-    if (rows < table.table().count()) {
-        target.report().loss(name, "records could not be read", {}, table.table().count() - rows);
-    }
     if (auto metadata = datasets::linesOf(table.table().metadataPath())) {
         target.text("metadata", name, joined(std::move(metadata)));
     }

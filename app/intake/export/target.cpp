@@ -20,6 +20,10 @@ Target::Target(const ExportOptions& options, formats::Writer& writer, crs::Refer
 
 bool Target::wants(const std::string& layer) {
     offered_.push_back(layer);
+    return mayWant(layer);
+}
+
+bool Target::mayWant(const std::string& layer) const {
     return options_.layers.empty() ||
            std::ranges::find(options_.layers, layer) != options_.layers.end();
 }
@@ -74,6 +78,11 @@ bool Target::addLine(int64_t fid, std::span<const datasets::Point> line,
     const std::span<const double> part = datasets::coordinates(line);
     if (line.empty()) return add(fid, {}, values);
     return add(fid, {{&part, 1}, {}}, values);
+}
+
+void Target::unread(int64_t records) {
+    if (records <= 0) return;
+    report_.loss(started_ ? tally_.name : layer_.name, "records could not be read", {}, records);
 }
 
 void Target::end() {

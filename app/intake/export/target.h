@@ -30,6 +30,8 @@ class Target {
     // Whether a layer of this name was asked for. Each that is asked about counts as one that the
     // dataset could have.
     bool wants(const std::string& layer);
+    // The same, where it is not known yet whether the dataset has it.
+    bool mayWant(const std::string& layer) const;
     // Throws a std::runtime_error if a layer was asked for that the dataset does not have.
     void checkNames() const;
 
@@ -46,6 +48,8 @@ class Target {
                  std::span<const formats::Value> values);
     // A feature of the layer is there, but not all of its geometry.
     void incomplete() { ++tally_.leftOut; }
+    // So many records of the layer could not be read.
+    void unread(int64_t records);
     void end();
 
     // A raster whose type is told by a word.
