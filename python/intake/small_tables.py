@@ -67,13 +67,8 @@ class Tolerances:
 
 
 def _word_file(coverage: bytes, code: int, record_words: int) -> Handle:
-    path, found, words, count, status = (
-        Text(NAME_LENGTH),
-        c_int32(),
-        c_int32(),
-        c_int32(),
-        c_int32(),
-    )
+    path = Text(NAME_LENGTH)
+    found, words, count = c_int32(), c_int32(), c_int32()
     call("aname_", coverage, path, code)
     handle = Handle("vopen_", "vclose_", path.bytes, found, words, count)
     if found.value != code or words.value != record_words:

@@ -1,7 +1,6 @@
 """The samples, the program, and a workspace for each test."""
 
 import os
-import shutil
 from pathlib import Path
 
 import pytest
@@ -28,26 +27,25 @@ def sample(tmp_path):
     return imported
 
 
-@pytest.fixture
-def large(tmp_path):
-    """An interchange file whose import takes some seconds."""
+def write_large(file, size):
+    """Writes an interchange file of about so many bytes: the arcs of a sample, many times."""
     lines = (SOURCE / "samples/wcr.e00").read_text("latin-1").splitlines(keepends=True)
-    begin = (
-        lines.index("ARC  3\n")
-        if "ARC  3\n" in lines
-        else next(at for at, line in enumerate(lines) if line.startswith("ARC  "))
-    )
+    begin = next(at for at, line in enumerate(lines) if line.startswith("ARC  ")) + 1
     end = next(at for at in range(begin, len(lines)) if lines[at].split()[0] == "-1")
-    file = tmp_path / "large.e00"
+    arcs = "".join(lines[begin:end])
     with file.open("w", encoding="latin-1") as out:
-        out.writelines(lines[: begin + 1])
-        for _ in range(300):
-            out.writelines(lines[begin + 1 : end])
+        out.writelines(lines[:begin])
+        out.write(arcs * round(size / len(arcs)))
         out.writelines(lines[end:])
     return file
 
 
 @pytest.fixture
+def large(tmp_path):
+    """An interchange file that holds far more than is read between two looks at a wish to stop."""
+    return write_large(tmp_path / "large.e00", 3e6)
+
+
+@pytest.fixture
 def program():
-    assert PROGRAM.exists() or shutil.which("intake")
     return str(PROGRAM)
