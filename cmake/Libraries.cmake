@@ -24,7 +24,7 @@ foreach(companion qxbase qxfeat qxgridio)
   intake_sources(companion_sources companions/${companion})
   add_library(${companion} ${companion_sources})
   target_link_libraries(${companion} PUBLIC intake_host PRIVATE $<BUILD_INTERFACE:intake_warnings>)
-  set_target_properties(${companion} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION 0)
+  intake_soname(${companion} companions.map)
   if(BUILD_SHARED_LIBS)
     target_link_libraries(${companion} PRIVATE qxstore)
     target_link_options(${companion} PRIVATE -Wl,--exclude-libs,ALL)
@@ -59,14 +59,11 @@ target_link_libraries(intake_core PUBLIC intake_stream qxfeat qxgridio ${CMAKE_D
 if(BUILD_SHARED_LIBS)
   add_library(intakedl SHARED $<TARGET_OBJECTS:intake_entry>)
   target_link_libraries(intakedl PUBLIC intake_host PRIVATE intake_core intake_warnings)
-  target_link_options(intakedl PRIVATE
-    -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/intakedl.map)
   # A sanitizer's own functions come with the program.
   if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
     target_link_options(intakedl PRIVATE -Wl,--no-undefined)
   endif()
-  set_target_properties(intakedl PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION 0
-    LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/intakedl.map)
+  intake_soname(intakedl intakedl.map)
 else()
   target_compile_definitions(intake_entry PRIVATE INTAKE_COMPANIONS_LINKED)
   add_library(intakedl STATIC $<TARGET_OBJECTS:intake_entry> $<TARGET_OBJECTS:intake_core>
