@@ -8,7 +8,7 @@ packages_for() {
         coverage) echo gcovr ;;
         clients) echo python3 sqlite3 libsqlite3-mod-spatialite proj-bin ;;
         python) echo python3 python3-numpy python3-pytest python3-venv mypy ;;
-        package) echo debhelper dpkg-dev fakeroot lintian ;;
+        package) echo debhelper dh-python dpkg-dev fakeroot lintian ;;
         root) echo mmdebstrap ;;
         abi) echo abigail-tools ;;
         npm) echo nodejs npm ;;
