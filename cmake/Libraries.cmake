@@ -72,6 +72,24 @@ else()
   set_target_properties(intakedl PROPERTIES LINKER_LANGUAGE CXX)
 endif()
 
+# Static libraries beside the shared ones, of the same objects; only the entry is another, since the
+# companions are linked to it and not loaded.
+set(INTAKE_STATIC_TARGETS)
+if(BUILD_SHARED_LIBS AND INTAKE_STATIC_TOO)
+  add_library(intake_linked_entry OBJECT ${entry_sources})
+  target_compile_definitions(intake_linked_entry PRIVATE INTAKE_COMPANIONS_LINKED)
+  target_link_libraries(intake_linked_entry PRIVATE intake_host intake_warnings)
+  add_library(intakedl_static STATIC $<TARGET_OBJECTS:intake_linked_entry>
+    $<TARGET_OBJECTS:intake_core> $<TARGET_OBJECTS:intake_stream>)
+  add_library(qxbase_static STATIC $<TARGET_OBJECTS:qxbase> $<TARGET_OBJECTS:qxstore>)
+  add_library(qxfeat_static STATIC $<TARGET_OBJECTS:qxfeat>)
+  add_library(qxgridio_static STATIC $<TARGET_OBJECTS:qxgridio>)
+  foreach(library intakedl qxbase qxfeat qxgridio)
+    set_target_properties(${library}_static PROPERTIES OUTPUT_NAME ${library} LINKER_LANGUAGE CXX)
+    list(APPEND INTAKE_STATIC_TARGETS ${library}_static)
+  endforeach()
+endif()
+
 # Rooms for what is made of datasets; they know of none.
 intake_sources(topology_sources topology)
 add_library(intake_topology STATIC ${topology_sources})

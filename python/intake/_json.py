@@ -6,6 +6,11 @@ import math
 from collections.abc import Iterable
 from typing import Any
 
+
+class Fields(list[tuple[str, Any]]):
+    """What is printed as an object. Its keys may come twice."""
+
+
 _ESCAPES = {code: f"\\u{code:04x}" for code in range(32)} | {ord('"'): '\\"', ord("\\"): "\\\\"}
 
 
@@ -53,8 +58,8 @@ def value(item: Any) -> str:
         return str(item)
     if isinstance(item, float):
         return real(item)
-    if isinstance(item, dict):
-        return object_of(item.items())
+    if isinstance(item, Fields):
+        return object_of(item)
     if isinstance(item, memoryview):
         item = item.tolist()
     return "[" + ",".join(map(value, item)) + "]"

@@ -7,7 +7,7 @@ from collections.abc import Callable, Iterator
 from typing import Any, BinaryIO
 
 from . import datasets, features, plots, rasters, symbols, tables
-from ._json import object_of
+from ._json import Fields, object_of
 
 #: A class and its fields, in their order.
 Line = tuple[str, list[tuple[str, Any]]]
@@ -103,7 +103,7 @@ def _side_texts(dataset: datasets.Dataset) -> Iterator[Line]:
 
 def _table(table: tables.Table) -> Iterator[Line]:
     items = [
-        dict(
+        Fields(
             _fields(
                 each, "name", "alternate_name", "width", "start", "type", "decimals",
                 "output_width", "redefined", "number", "indexed", "kept",
@@ -117,23 +117,11 @@ def _table(table: tables.Table) -> Iterator[Line]:
     ]  # fmt: skip
     names = [each.name for each in table.columns]
     for row in table:
-        # Names may come twice, as they do where they are printed.
-        values = Pairs(zip(names, row.stored))
+        values = Fields(zip(names, row.stored))
         yield "record", [("table", table.name), ("number", row.number), ("values", values)]
     metadata = table.metadata
     if metadata is not None:
         yield "metadata", [("lines", metadata), ("table", table.name)]
-
-
-class Pairs(dict[str, Any]):
-    """An object whose keys may come twice."""
-
-    def __init__(self, pairs: Any) -> None:
-        super().__init__()
-        self._pairs = list(pairs)
-
-    def items(self) -> Any:
-        return self._pairs
 
 
 def _tables(dataset: datasets.Dataset) -> Iterator[Line]:
@@ -161,7 +149,7 @@ def _indexes(coverage: datasets.Coverage) -> Iterator[Line]:
 
 def _coverage(coverage: datasets.Coverage) -> Iterator[Line]:
     parts = list(_parts(coverage))
-    counts = {key: len(records) for _, key, _, records, _ in parts if records.exists}
+    counts = Fields((key, len(records)) for _, key, _, records, _ in parts if records.exists)
     name, fields = _head(coverage)
     yield name, [*fields, ("precision", coverage.precision), ("counts", counts)]
     for name, _, subclass, records, fields_of in parts:
