@@ -5,6 +5,9 @@ install(TARGETS intakedl qxbase qxfeat qxgridio intake_host intake_datasets EXPO
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
   INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} ${CMAKE_INSTALL_INCLUDEDIR}/intake)
+if(INTAKE_STATIC_TARGETS)
+  install(TARGETS ${INTAKE_STATIC_TARGETS} ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+endif()
 install(FILES include/intakedl.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(DIRECTORY host datasets DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/intake
   FILES_MATCHING PATTERN "*.h")
@@ -20,10 +23,13 @@ install(FILES ${PROJECT_BINARY_DIR}/intakeConfig.cmake ${PROJECT_BINARY_DIR}/int
 # By way of its own folder, so that an installed tree can be moved.
 file(RELATIVE_PATH to_prefix
   ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
-# Static libraries say what they are made with.
+# Static libraries say what they are made with; beside shared ones it is told to those who ask for
+# static ones.
 set(pc_more)
+set(pc_private "-lstdc++ -lm -ldl")
 if(NOT BUILD_SHARED_LIBS)
-  set(pc_more "-lstdc++ -lm -ldl")
+  set(pc_more "${pc_private}")
+  set(pc_private)
 endif()
 configure_file(cmake/intakedl.pc.in ${PROJECT_BINARY_DIR}/intakedl.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/intakedl.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -35,7 +35,7 @@ foreach(companion qxbase qxfeat qxgridio)
   intake_sources(companion_sources companions/${companion})
   add_library(${companion} ${companion_sources})
   target_link_libraries(${companion} PUBLIC intake_host PRIVATE $<BUILD_INTERFACE:intake_warnings>)
-  set_target_properties(${companion} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION 0)
+  intake_soname(${companion} companions.map)
   if(BUILD_SHARED_LIBS)
     target_link_libraries(${companion} PRIVATE qxstore intake_system)
     if(WIN32)
@@ -77,22 +77,37 @@ if(BUILD_SHARED_LIBS)
   target_link_libraries(intakedl PUBLIC intake_host PRIVATE intake_core intake_warnings)
   if(WIN32)
     intake_exports(intakedl ${PROJECT_SOURCE_DIR}/include/intakedl.h)
-  else()
-    target_link_options(intakedl PRIVATE
-      -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/intakedl.map)
   endif()
   # A sanitizer's own functions come with the program.
   if(NOT WIN32 AND NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
     target_link_options(intakedl PRIVATE -Wl,--no-undefined)
   endif()
-  set_target_properties(intakedl PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION 0
-    LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/intakedl.map)
+  intake_soname(intakedl intakedl.map)
 else()
   target_compile_definitions(intake_entry PRIVATE INTAKE_COMPANIONS_LINKED)
   add_library(intakedl STATIC $<TARGET_OBJECTS:intake_entry> $<TARGET_OBJECTS:intake_core>
     $<TARGET_OBJECTS:intake_stream>)
   target_link_libraries(intakedl PUBLIC intake_host qxfeat qxgridio qxbase ${CMAKE_DL_LIBS})
   set_target_properties(intakedl PROPERTIES LINKER_LANGUAGE CXX)
+endif()
+
+# Static libraries beside the shared ones, of the same objects; only the entry is another, since the
+# companions are linked to it and not loaded.
+set(INTAKE_STATIC_TARGETS)
+if(BUILD_SHARED_LIBS AND INTAKE_STATIC_TOO)
+  add_library(intake_linked_entry OBJECT ${entry_sources})
+  target_compile_definitions(intake_linked_entry PRIVATE INTAKE_COMPANIONS_LINKED)
+  target_link_libraries(intake_linked_entry PRIVATE intake_host intake_warnings)
+  add_library(intakedl_static STATIC $<TARGET_OBJECTS:intake_linked_entry>
+    $<TARGET_OBJECTS:intake_core> $<TARGET_OBJECTS:intake_stream>)
+  add_library(qxbase_static STATIC $<TARGET_OBJECTS:qxbase> $<TARGET_OBJECTS:qxstore>
+    $<TARGET_OBJECTS:intake_system>)
+  add_library(qxfeat_static STATIC $<TARGET_OBJECTS:qxfeat>)
+  add_library(qxgridio_static STATIC $<TARGET_OBJECTS:qxgridio>)
+  foreach(library intakedl qxbase qxfeat qxgridio)
+    set_target_properties(${library}_static PROPERTIES OUTPUT_NAME ${library} LINKER_LANGUAGE CXX)
+    list(APPEND INTAKE_STATIC_TARGETS ${library}_static)
+  endforeach()
 endif()
 
 # Rooms for what is made of datasets; they know of none.

@@ -7,8 +7,12 @@ packages_for() {
         fuzz) echo clang libclang-rt-14-dev llvm ;;
         coverage) echo gcovr ;;
         clients) echo python3 sqlite3 libsqlite3-mod-spatialite proj-bin libtiff-tools geotiff-bin python3-tifffile assimp-utils ;;
+        python) echo python3 python3-numpy python3-pytest python3-venv mypy ;;
+        package) echo debhelper dh-python dpkg-dev fakeroot lintian ;;
+        root) echo mmdebstrap ;;
+        abi) echo abigail-tools ;;
         npm) echo nodejs npm ;;
-        format) echo clang-format git ;;
+        format) echo black clang-format git ;;
         tidy) echo clang-tidy ;;
     esac
 }

@@ -93,7 +93,8 @@ grep -qx KIND "$scratch/read"
 
 if [[ $python == python ]]; then
     example python "$scratch/import.py"
-    expect env LD_LIBRARY_PATH="$libraries" python3 "$scratch/import.py"
+    expect env INTAKE_LIBRARIES="$libraries" PYTHONPATH="$source/python" PYTHONDONTWRITEBYTECODE=1 \
+        python3 "$scratch/import.py"
 fi
 
 (cd "$build" && cmake -P "$source/cmake/uninstall.cmake" >/dev/null)
