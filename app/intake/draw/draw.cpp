@@ -47,8 +47,8 @@ Picture pictureOf(const Dataset& dataset) {
     noPicture(dataset);
 }
 
-void drawTo(const std::string& file, bool svg, const Picture& picture) {
-    const View view(picture.extent);
+void drawTo(const std::string& file, bool svg, const Picture& picture, double longerSide) {
+    const View view(picture.extent, longerSide);
     std::ofstream stream;
     if (svg) {
         stream.open(file, std::ios::binary | std::ios::trunc);
@@ -62,7 +62,8 @@ void drawTo(const std::string& file, bool svg, const Picture& picture) {
 
 }  // namespace
 
-void draw(const std::string& path, const std::string& kind, const std::string& picture) {
+void draw(const std::string& path, const std::string& kind, const std::string& picture,
+          double longerSide) {
     const bool svg = picture.ends_with(".svg");
     if (!svg && !picture.ends_with(".png")) {
         throw std::runtime_error(picture + ": the name of a picture ends in .svg or .png");
@@ -70,7 +71,7 @@ void draw(const std::string& path, const std::string& kind, const std::string& p
     const Picture content = pictureOf(datasets::findDataset(path, kind));
     const std::string unfinished = picture + ".part";
     try {
-        drawTo(unfinished, svg, content);
+        drawTo(unfinished, svg, content, longerSide);
         if (std::rename(unfinished.c_str(), picture.c_str()) != 0) {
             throw std::runtime_error(picture + ": could not be made");
         }

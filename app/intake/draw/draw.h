@@ -13,9 +13,11 @@ namespace program {
 
 using datasets::Dataset;
 
-// Draws the dataset at a path to a file whose name ends in .svg or .png; an existing file is
-// replaced when the picture is whole. Throws a std::runtime_error whose text is for the user.
-void draw(const std::string& path, const std::string& kind, const std::string& picture);
+// Draws the dataset at a path to a file whose name ends in .svg or .png, with so many pixels on its
+// longer side; an existing file is replaced when the picture is whole. Throws a std::runtime_error
+// whose text is for the user.
+void draw(const std::string& path, const std::string& kind, const std::string& picture,
+          double longerSide = View::kLongerSide);
 
 // A picture before its page: how much there is to see, and what draws it.
 struct Picture {

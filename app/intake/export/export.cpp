@@ -31,8 +31,8 @@ const Kind& kindOf(const datasets::Dataset& dataset) {
     for (const Kind& kind : kKinds) {
         if (dataset.kind == kind.label) return kind;
     }
-    throw std::runtime_error(dataset.path + ": a " + dataset.kind +
-                             " cannot be exported; intake dump prints all of it");
+    throw NotForThisKind(dataset.path + ": a " + dataset.kind +
+                         " cannot be exported; intake dump prints all of it");
 }
 
 const formats::Format& formatFor(const ExportOptions& options) {
