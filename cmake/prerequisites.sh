@@ -8,6 +8,7 @@ packages_for() {
         coverage) echo gcovr ;;
         clients) echo python3 sqlite3 libsqlite3-mod-spatialite proj-bin ;;
         npm) echo nodejs npm ;;
+        cluster) echo slurmctld slurmd munge slurm-client python3 ;;
         format) echo clang-format git ;;
         tidy) echo clang-tidy ;;
     esac

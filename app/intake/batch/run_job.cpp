@@ -201,12 +201,14 @@ bool Run::import() {
         const std::string reason = refusedWrite();
         if (!reason.empty()) told_.tell("error", "could not write " + reason);
     }
-    if (!source.beginsWell() || told_.kind.empty()) {
+    const bool beginsWell = source.beginsWell();
+    if (!beginsWell) {
         whole_ = false;
         told_.tell("error", likenessAt(source.path()).sentence(source.shown(source.path())));
-        if (told_.kind.empty()) told_.failure = "not an interchange file";
     }
-    return !told_.kind.empty();
+    if (!told_.kind.empty()) return true;
+    told_.failure = beginsWell ? "nothing readable" : "not an interchange file";
+    return false;
 }
 
 void Run::exportTo(const formats::Format& format, int& unfit) {

@@ -12,9 +12,14 @@ void addReport(CLI::App& app, Console& console, int& status) {
         ->add_option("--list", options->list,
                      "Tell which paths of a list have no line; - for standard input")
         ->type_name("LIST");
-    auto* json = command->add_flag("--json", options->json, "Print the sums as one JSON object");
-    command->add_flag("--html", options->html, "Print a page with a row an input")->excludes(json);
-    command->callback([=, &console, &status] { status = reportOn(*options, console); });
+    command->add_flag("--json", options->json, "Print the sums as one JSON object");
+    command->add_flag("--html", options->html, "Print a page with a row an input");
+    command->callback([=, &console, &status] {
+        if (options->json && options->html) {
+            throw CLI::ValidationError("--html", "and --json exclude each other");
+        }
+        status = reportOn(*options, console);
+    });
 }
 
 }  // namespace program

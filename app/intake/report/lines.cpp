@@ -84,7 +84,7 @@ LineCounts readReports(const std::vector<std::string>& files,
         ++counts.read;
         const std::string_view identity = identityOf(line);
         const uint64_t* const known = last.find(stableHash(identity));
-        if (!identity.empty() && known && *known != number) {
+        if (line.ends_with('}') && !identity.empty() && known && *known != number) {
             ++counts.replaced;
             return;
         }
