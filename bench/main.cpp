@@ -15,6 +15,7 @@ int main(int argc, char** argv) {
         bench::registerProgram();
         bench::registerPolygons();
         bench::registerFormats();
+        bench::registerBatch();
     } catch (const std::exception& exception) {
         std::fprintf(stderr, "%s\n", exception.what());
         return 1;

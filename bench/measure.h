@@ -76,6 +76,7 @@ void registerFullWorkspace();
 void registerProgram();
 void registerPolygons();
 void registerFormats();
+void registerBatch();
 
 }  // namespace bench
 

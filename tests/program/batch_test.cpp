@@ -1,4 +1,5 @@
 #include <fcntl.h>
+#include <sqlite3.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -337,6 +338,50 @@ TEST_F(Batch, EndsWhereItCannotWrite) {
     ::mount("none", path("disk").c_str(), "tmpfs", MS_REMOUNT | MS_RDONLY, "size=20m");
     EXPECT_EQ(batch({"--resume", "--to", "csv", "--out", "disk/out", "in"}), 1);
     ::umount(path("disk").c_str());
+}
+
+TEST_F(Batch, GathersGeoPackagesInOne) {
+    for (int each = 0; each < 12; ++each) {
+        put("in/" + std::to_string(each) + ".e00", coverage(1 + each));
+    }
+    const std::vector<std::string> words = {"--gather", "--resume", "--jobs", "2",
+                                            "--out",    "out",      "in"};
+    EXPECT_EQ(batch(words), 0);
+    put("in/3.e00", coverage(50));
+    put("in/new.e00", coverage(100));
+    // One that is killed leaves what its workers gathered to the next one.
+    const pid_t process = begin(words);
+    std::this_thread::sleep_for(std::chrono::milliseconds(150));
+    ::kill(process, SIGKILL);
+    end(process);
+    fs::remove_all(path("tmp"));
+    fs::create_directory(path("tmp"));
+    EXPECT_EQ(batch(words), 0);
+    EXPECT_EQ(files("out").size(), 1U);
+    const auto asked = [&](const std::string& sql) {
+        sqlite3* database = nullptr;
+        std::string answer;
+        sqlite3_open(path("out/gathered.gpkg").c_str(), &database);
+        sqlite3_exec(
+            database, sql.c_str(),
+            [](void* text, int count, char** values, char**) {
+                for (int each = 0; each < count; ++each) {
+                    *static_cast<std::string*>(text) +=
+                        std::string(values[each] ? values[each] : "-") + ' ';
+                }
+                return 0;
+            },
+            &answer, nullptr);
+        sqlite3_close(database);
+        return answer;
+    };
+    EXPECT_EQ(asked("SELECT count(*), count(DISTINCT source_file) FROM arcs"), "224 13 ");
+    EXPECT_EQ(asked("SELECT count(*), max(source_fid) FROM arcs WHERE source_file = 'in/3.e00'"),
+              "50 50 ");
+    EXPECT_EQ(asked("SELECT count(*), min(minx), max(maxy) FROM rtree_arcs_geom"), "224 1.0 4.0 ");
+    EXPECT_EQ(asked("SELECT min_x, max_y FROM gpkg_contents WHERE table_name = 'arcs'"),
+              "1.0 4.0 ");
+    EXPECT_EQ(asked("PRAGMA integrity_check"), "ok ");
 }
 
 TEST_F(Batch, ReportsArePagesAndSums) {

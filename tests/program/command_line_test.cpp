@@ -57,7 +57,7 @@ TEST_F(CommandLine, HelpLeadsWithExamples) {
                   std::string::npos);
     }
     EXPECT_TRUE(run({"--version"}).output.starts_with("intake "));
-    EXPECT_NE(run({"--version"}).output.find("\nmodules: archive, geopackage, png, proj\n"),
+    EXPECT_NE(run({"--version"}).output.find("\nmodules: archive, gather, geopackage, png, proj\n"),
               std::string::npos);
 }
 

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "app/intake/batch/crew.h"
+#include "app/intake/batch/gathered.h"
 #include "app/intake/batch/inputs.h"
 #include "app/intake/batch/journal.h"
 #include "app/intake/batch/meter.h"
@@ -48,16 +49,21 @@ int processors() {
 
 bool isSmaller(const Job& one, const Job& other) { return one.stamp.size < other.stamp.size; }
 
-// What is not finished grows here, on the file system of the outputs. Named by the report, which
-// one batch alone writes, so that what one left that was killed is the next one's to remove.
+// Named by the report, which one batch alone writes.
+std::string hiddenName(const std::string& report) {
+    char name[64];
+    std::snprintf(
+        name, sizeof name, ".intake-%016llx",
+        static_cast<unsigned long long>(stableHash(fs::weakly_canonical(report).string())));
+    return name;
+}
+
+// What is not finished grows here, on the file system of the outputs. What one that was killed
+// left, the next one removes.
 class UnplacedFolder {
   public:
-    UnplacedFolder(const std::string& folder, const std::string& report) {
-        char name[64];
-        std::snprintf(
-            name, sizeof name, "/.intake-%016llx.part",
-            static_cast<unsigned long long>(stableHash(fs::weakly_canonical(report).string())));
-        path_ = folder + name;
+    UnplacedFolder(const std::string& folder, const std::string& report)
+        : path_(folder + '/' + hiddenName(report) + ".part") {
         fs::remove_all(path_);
         fs::create_directory(path_);
     }
@@ -83,7 +89,8 @@ class Batch {
           syncer_(options.folder),
           journal_(options_, options.report),
           unplaced_(options.folder, options.report),
-          crew_(options_, options.jobs, scratch_.path(), unplaced_.path(),
+          gathered_(options_, hiddenName(options.report) + ".gathered"),
+          crew_(options_, options.jobs, {scratch_.path(), unplaced_.path(), gathered_.name()},
                 {signals_.descriptor(), journal_.descriptor(), syncer_.descriptor()},
                 {[this](const Job& job, Reply& reply) { take(job, reply); },
                  [this](Job&& job) { push(std::move(job)); }}) {}
@@ -109,6 +116,7 @@ class Batch {
     Journal journal_;
     const TemporaryFolder scratch_;
     UnplacedFolder unplaced_;
+    Gathered gathered_;
     Crew crew_;
 
     const Clock::time_point begun_ = Clock::now();
@@ -266,6 +274,10 @@ int Batch::run() {
     }
     writeLines(true);
     journal_.sync();
+    if (stoppedBy_ == 0 && options_.gather) {
+        crew_.dismiss();
+        gathered_.merge(unplaced_.path());
+    }
     meter_.end(options_.report);
     if (inputs_.otherNames() != 0) {
         meter_.say(std::to_string(inputs_.otherNames()) +
@@ -282,11 +294,8 @@ int Batch::run() {
 }  // namespace
 
 std::string defaultReport(const BatchOptions& options) {
-    // Those of shards, which know nothing of each other, do not share one.
-    const std::string shard = options.shards == 1 ? ""
-                                                  : '.' + std::to_string(options.shard) + "-of-" +
-                                                        std::to_string(options.shards);
-    return options.folder + "/report" + shard + ".jsonl";
+    // Shards, which know nothing of each other, do not share one.
+    return options.folder + "/report" + options.shardName() + ".jsonl";
 }
 
 int runBatch(const BatchOptions& given, Console& console) {
@@ -294,6 +303,10 @@ int runBatch(const BatchOptions& given, Console& console) {
     while (options.folder.size() > 1 && options.folder.ends_with('/')) options.folder.pop_back();
     if (options.jobs == 0) options.jobs = processors();
     if (options.report.empty()) options.report = defaultReport(options);
+    if (options.gather && std::find(options.formats.begin(), options.formats.end(),
+                                    kGatheredFormat) == options.formats.end()) {
+        options.formats.emplace_back(kGatheredFormat);
+    }
     std::error_code error;
     fs::create_directories(options.folder, error);
     if (error) {

@@ -52,8 +52,8 @@ Ending endingOf(int status, bool timedOut, const BatchOptions& options) {
 
 }  // namespace
 
-Crew::Crew(const BatchOptions& options, int count, const std::string& scratch,
-           const std::string& unplaced, std::vector<int> privateToParent, Ears ears)
+Crew::Crew(const BatchOptions& options, int count, const Rooms& folders,
+           std::vector<int> privateToParent, Ears ears)
     : options_(options), privateToParent_(std::move(privateToParent)), ears_(std::move(ears)) {
     workers_.resize(static_cast<std::size_t>(count));
     void* const shared = ::mmap(nullptr, workers_.size() * sizeof *steps_, PROT_READ | PROT_WRITE,
@@ -62,7 +62,8 @@ Crew::Crew(const BatchOptions& options, int count, const std::string& scratch,
     steps_ = new (shared) std::atomic<uint64_t>[workers_.size()];
     for (std::size_t index = 0; index < workers_.size(); ++index) {
         const std::string name = '/' + std::to_string(index);
-        workers_[index].rooms = {scratch + name, unplaced + name};
+        workers_[index].rooms = {folders.scratch + name, folders.unplaced + name,
+                                 folders.gathered.empty() ? "" : folders.gathered + name + ".gpkg"};
         std::filesystem::create_directory(workers_[index].rooms.scratch);
         std::filesystem::create_directory(workers_[index].rooms.unplaced);
         begin(index);
@@ -103,6 +104,10 @@ void Crew::begin(std::size_t index) {
     worker.socket = ends[0];
     worker.inbox = {};
     worker.timedOut = false;
+}
+
+void Crew::dismiss() {
+    for (Worker& worker : workers_) end(worker);
 }
 
 void Crew::end(Worker& worker) {

@@ -29,10 +29,10 @@ class Crew {
         std::function<void(Job&& job)> returned;
     };
 
-    // The workers have rooms of their own in both folders. They close what is private to the
+    // The workers have rooms of their own in these folders. They close what is private to the
     // parent.
-    Crew(const BatchOptions& options, int count, const std::string& scratch,
-         const std::string& unplaced, std::vector<int> privateToParent, Ears ears);
+    Crew(const BatchOptions& options, int count, const Rooms& folders,
+         std::vector<int> privateToParent, Ears ears);
     // Ends the workers, and whatever they are at.
     ~Crew();
     Crew(const Crew&) = delete;
@@ -42,6 +42,8 @@ class Crew {
     bool hasRoom() const;
     void give(Job job);
     bool busy() const;
+    // Ends those that are at nothing, and waits for it.
+    void dismiss();
 
     // To be polled for POLLIN, in an order that stays.
     void addTo(std::vector<pollfd>& watched) const;

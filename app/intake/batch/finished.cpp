@@ -21,7 +21,8 @@ namespace fs = std::filesystem;
 
 int syncOne(const std::string& path) {
     const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
-    if (file < 0) return errno;
+    // What somebody has taken away meanwhile is no longer ours.
+    if (file < 0) return errno == ENOENT ? 0 : errno;
     const int error = ::fsync(file) == 0 ? 0 : errno;
     ::close(file);
     return error;

@@ -24,9 +24,17 @@ struct BatchOptions {
     bool retry = false;
     bool force = false;
     bool thumbnails = false;
+    bool gather = false;  // GeoPackages in one
     bool quiet = false;
     uint32_t shard = 0;  // of so many
     uint32_t shards = 1;
+
+    // What a name of a shard's own has of it.
+    std::string shardName() const {
+        return shards == 1 ? "" : '.' + std::to_string(shard) + "-of-" + std::to_string(shards);
+    }
+    // The one file of all that is gathered, below the folder.
+    std::string gatheredName() const { return "gathered" + shardName() + ".gpkg"; }
 
     // What was made under other settings is made anew: those that make the outputs what they are,
     // as the report has them.
@@ -36,6 +44,7 @@ struct BatchOptions {
         if (!system.empty()) text += "--crs " + system + ' ';
         if (!formats.empty() && encoding != "windows-1252") text += "--encoding " + encoding + ' ';
         if (thumbnails) text += "--thumbnails ";
+        if (gather) text += "--gather ";
         if (!text.empty()) text.pop_back();
         return text;
     }

@@ -9,11 +9,14 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <sstream>
 #include <stdexcept>
 
 #include "app/intake/alive.h"
+#include "app/intake/batch/exact_path.h"
 #include "app/intake/batch/finished.h"
+#include "app/intake/batch/gathered.h"
 #include "app/intake/batch/peak_memory.h"
 #include "app/intake/batch/report_line.h"
 #include "app/intake/batch/sha256.h"
@@ -22,9 +25,11 @@
 #include "app/intake/dump/dump.h"
 #include "app/intake/export/convert.h"
 #include "app/intake/looks_like.h"
+#include "app/intake/module.h"
 #include "app/intake/show/show.h"
 #include "app/intake/source.h"
 #include "formats/formats.h"
+#include "formats/gatherer.h"
 #include "host/qxbase.h"
 
 namespace program {
@@ -144,6 +149,7 @@ class Run {
     void exportTo(const formats::Format& format, int& unfit);
     void keepDataset();
     void drawThumbnail();
+    void gather(const std::string& made);
     std::string put(const std::string& made, const std::string& ending);
     Outcome fail(const char* word, const std::string& text) {
         told_.failure = word;
@@ -177,6 +183,19 @@ std::string Run::put(const std::string& made, const std::string& ending) {
     return name;
 }
 
+void Run::gather(const std::string& made) {
+    // Open from the first one on to the end of this process.
+    static std::unique_ptr<formats::Gatherer> gatherer;
+    if (!gatherer) {
+        gatherer = loadModule<formats::GathererMaker>("gather").open(options_.folder + '/' +
+                                                                     rooms_.gathered);
+    }
+    nlohmann::ordered_json source;
+    addPath(source, job_.path);
+    gatherer->add(made, source["path"]);
+    fs::remove(made);
+}
+
 bool Run::import() {
     SourceOptions given;
     given.file = job_.path;
@@ -194,7 +213,7 @@ bool Run::import() {
         (options_.formats.empty() ? rooms_.unplaced : rooms_.scratch) + "/workspace";
     fs::create_directory(workspace);
     told_.hide(workspace + '/');
-    dataset_ = workspace + '/' + datasetNameOf(job_.path);
+    dataset_ = workspace + '/' + (options_.gather ? "dataset" : datasetNameOf(job_.path));
     const int32_t result = runImport(source, dataset_, true, told_);
     if (result == 0 || told_.worst() >= QX_NONFATAL) {
         whole_ = false;
@@ -231,7 +250,12 @@ void Run::exportTo(const formats::Format& format, int& unfit) {
         MadeOutput made;
         tellReport(output.str(), told_, made);
         made.size = bytesOf(how.output);
-        made.name = put(how.output, ending);
+        if (options_.gather && format.name == kGatheredFormat) {
+            gather(how.output);
+            made.name = options_.gatheredName();
+        } else {
+            made.name = put(how.output, ending);
+        }
         told_.outputs.push_back(std::move(made));
     } catch (const NotForThisKind& error) {
         ++unfit;
@@ -322,7 +346,14 @@ Reply Run::reply() {
     reply.bytes = told_.size;
     reply.word = told_.failure;
     reply.line = told_.line(job_, reply.outcome, options_);
-    for (const MadeOutput& output : told_.outputs) reply.names.push_back(output.name);
+    for (const MadeOutput& output : told_.outputs) {
+        if (options_.gather && output.name == options_.gatheredName()) {
+            reply.names.push_back(rooms_.gathered);
+            reply.names.push_back(rooms_.gathered + "-wal");
+        } else {
+            reply.names.push_back(output.name);
+        }
+    }
     if (!told_.thumbnail.empty()) reply.names.push_back(told_.thumbnail);
     return reply;
 }

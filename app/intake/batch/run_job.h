@@ -12,8 +12,10 @@ namespace program {
 // Folders that this worker has for itself, empty between jobs.
 struct Rooms {
     std::string scratch;  // for what nobody is to see
-    std::string
-        unplaced;  // for outputs before they are put in their place: on the same file system
+    // For outputs before they are put in their place: on the same file system.
+    std::string unplaced;
+    // The name of its file for what is gathered, below the folder of outputs.
+    std::string gathered;
 };
 
 // Both folders are empty again behind it.

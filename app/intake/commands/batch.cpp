@@ -88,6 +88,8 @@ void addBatch(CLI::App& app, Console& console, int& status) {
                       "Go on with the report that is there: leave out what came out whole");
     command->add_flag("--retry", options->retry, "Take what the report has as failed or partial");
     command->add_flag("--force", options->force, "Begin a new report, and replace what is there");
+    command->add_flag("--gather", options->gather,
+                      "All GeoPackages in one, with a column that names the source");
     command->add_flag("--thumbnails", options->thumbnails, "Make a small picture of each dataset");
     command
         ->add_option_function<std::string>(

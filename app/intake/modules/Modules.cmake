@@ -20,6 +20,7 @@ endfunction()
 pkg_check_modules(CAIRO REQUIRED IMPORTED_TARGET cairo)
 intake_module(png SOURCES modules/png.cpp LIBRARIES PkgConfig::CAIRO)
 intake_module(geopackage SOURCES modules/geopackage.cpp LIBRARIES intake_geopackage)
+intake_module(gather SOURCES modules/gather.cpp LIBRARIES intake_geopackage)
 intake_module(proj SOURCES modules/proj.cpp LIBRARIES intake_crs)
 
 pkg_check_modules(ARCHIVE REQUIRED IMPORTED_TARGET GLOBAL libarchive zlib)
