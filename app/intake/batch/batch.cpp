@@ -38,7 +38,7 @@ constexpr std::size_t kMostPending = 32768;
 constexpr milliseconds kLookAround{300};
 // Lines are kept back until so long after those before, to have many outputs written to the disk at
 // once ...
-constexpr milliseconds kBetweenLines{200};
+constexpr milliseconds kBetweenLines{500};
 // ... and nothing is handed out while so many wait.
 constexpr std::size_t kMostBytesKept = 64 << 20;
 

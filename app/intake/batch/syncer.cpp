@@ -19,7 +19,7 @@ namespace program {
 namespace {
 
 // Each is waited for by itself where they are few: the whole file system may be busy with others'.
-constexpr std::size_t kFew = 8;
+constexpr std::size_t kFew = 2;
 
 int syncAll(const std::string& folder, const std::vector<std::string>& names) {
     int failed = 0;
