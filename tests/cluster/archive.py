@@ -18,7 +18,7 @@ END = "        -1         0         0         0         0         0         0\nE
 
 
 def arcs(number):
-    return 20 + number % 100
+    return 200 + 10 * (number % 100)
 
 
 def text(number):
