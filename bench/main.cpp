@@ -16,6 +16,7 @@ int main(int argc, char** argv) {
         bench::registerPolygons();
         bench::registerFormats();
         bench::registerRasters();
+        bench::registerBatch();
     } catch (const std::exception& exception) {
         std::fprintf(stderr, "%s\n", exception.what());
         return 1;

@@ -77,6 +77,7 @@ void registerProgram();
 void registerPolygons();
 void registerFormats();
 void registerRasters();
+void registerBatch();
 
 }  // namespace bench
 

@@ -13,6 +13,7 @@ packages_for() {
         abi) echo abigail-tools ;;
         npm) echo nodejs npm ;;
         format) echo black clang-format git ;;
+        cluster) echo slurmctld slurmd munge slurm-client python3 ;;
         tidy) echo clang-tidy ;;
     esac
 }

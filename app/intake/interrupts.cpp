@@ -9,6 +9,7 @@
 #include <system_error>
 #include <thread>
 
+#include "app/intake/alive.h"
 #include "app/intake/temporary_folder.h"
 #include "host/qxbase.h"
 
@@ -117,6 +118,7 @@ EndingAtOnce::~EndingAtOnce() { endAtOnce = false; }
 int interruptedBy() { return noted; }
 
 void throwIfInterrupted() {
+    stepTaken();
     if (const int number = interruptedBy(); number != 0) throw Interrupted(number);
 }
 

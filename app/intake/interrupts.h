@@ -36,6 +36,7 @@ class EndingAtOnce {
 
 // The signal that was noted, or 0.
 int interruptedBy();
+// What takes long calls this now and then, by which it is also seen to go on (alive.h).
 void throwIfInterrupted();
 
 }  // namespace program

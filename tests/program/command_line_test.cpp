@@ -57,9 +57,9 @@ TEST_F(CommandLine, HelpLeadsWithExamples) {
                   std::string::npos);
     }
     EXPECT_TRUE(run({"--version"}).output.starts_with("intake "));
-    EXPECT_NE(
-        run({"--version"}).output.find("\nmodules: archive, geopackage, geotiff, png, proj\n"),
-        std::string::npos);
+    EXPECT_NE(run({"--version"})
+                  .output.find("\nmodules: archive, gather, geopackage, geotiff, png, proj\n"),
+              std::string::npos);
 }
 
 TEST_F(CommandLine, AMisspeltWordIsToldWhatItMayHaveMeant) {

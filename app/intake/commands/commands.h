@@ -23,6 +23,8 @@ void addRemove(CLI::App& app, Console& console, int& status);
 void addRename(CLI::App& app, Console& console, int& status);
 void addExport(CLI::App& app, Console& console, int& status);
 void addConvert(CLI::App& app, Console& console, int& status);
+void addBatch(CLI::App& app, Console& console, int& status);
+void addReport(CLI::App& app, Console& console, int& status);
 void addPack(CLI::App& app, Console& console, int& status);
 void addUnpack(CLI::App& app, Console& console, int& status);
 void addHelp(CLI::App& app, Console& console, int& status);

@@ -57,6 +57,24 @@ constexpr Guide kGuides[] = {
     {"convert",
      "Imports FILE into a temporary workspace and writes OUT as export does. Of a damaged file "
      "nothing is written unless --partial is given."},
+    {"batch",
+     "Takes each file: imports it and, with --to, exports it. Folders are searched for files of "
+     "the "
+     "usual names; a list has a path a line, or zeros between them. First volumes are told from "
+     "further ones, which go with them. An output lies below FOLDER where its input lies below the "
+     "folder that was given, and a listed one by its whole path.\n\n"
+     "The files are shared among worker processes, the larger ones first. One that crashes, hangs "
+     "or takes too much memory is told as failed and costs nothing else. Ctrl-C ends when the "
+     "files "
+     "at hand are done, a second one at once.\n\n"
+     "The report has a JSON object a line for each input, written when its outputs are on the "
+     "disk. "
+     "With --resume what it has as whole is left out, where neither file nor options have changed. "
+     "The exit status is 1 if some failed, otherwise 3 if some are not whole."},
+    {"report",
+     "Tells what reports of batches come to together: how many inputs of each kind are whole, "
+     "partial or failed, the commonest messages, the slowest files. The last line of an input "
+     "counts. The exit status is that of batch; what is missing from a list counts as failed."},
     {"pack",
      "Writes the lines of FILE in compressed form: blanks, and at level 2 numbers too, are kept "
      "short. The lines stay what they are."},

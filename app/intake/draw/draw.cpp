@@ -82,8 +82,8 @@ struct Page {
     Place legendPlace;
 };
 
-void drawTo(const std::string& file, bool svg, const Picture& picture) {
-    const View view(picture.extent);
+void drawTo(const std::string& file, bool svg, const Picture& picture, double longerSide) {
+    const View view(picture.extent, longerSide);
     const Page page(picture, view);
     std::ofstream stream;
     if (svg) {
@@ -110,7 +110,7 @@ void draw(const DrawOptions& options) {
         pictureOf(datasets::findDataset(options.dataset, options.kind), options.colourBy);
     const std::string unfinished = picture + ".part";
     try {
-        drawTo(unfinished, svg, content);
+        drawTo(unfinished, svg, content, options.longerSide);
         if (std::rename(unfinished.c_str(), picture.c_str()) != 0) {
             throw std::runtime_error(picture + ": could not be made");
         }

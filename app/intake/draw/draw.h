@@ -20,6 +20,7 @@ struct DrawOptions {
     std::string kind;      // as --kind has it
     std::string picture;   // ends in .svg or .png
     std::string colourBy;  // an item of the polygons' table; empty: all polygons alike
+    double longerSide = View::kLongerSide;  // of the map, in pixels
 };
 
 // An existing file is replaced when the picture is whole. Throws a std::runtime_error whose text is

@@ -39,13 +39,13 @@ class View {
     static constexpr double kLongerSide = 1000;
     static constexpr double kMargin = 12;
 
-    explicit View(Extent extent) {
+    explicit View(Extent extent, double longerSide = kLongerSide) {
         if (extent.empty()) extent = {0, 0, 1, 1};
         // Halves first: the difference of two large numbers must not overflow.
         const double halfWidth = extent.xmax / 2 - extent.xmin / 2;
         const double halfHeight = extent.ymax / 2 - extent.ymin / 2;
         const double longer = std::max(halfWidth, halfHeight);
-        const double room = kLongerSide - 2 * kMargin;
+        const double room = longerSide - 2 * kMargin;
         scale_ = longer > 0 ? room / 2 / longer : 1;
         if (!std::isfinite(scale_)) scale_ = 1;
         xmin_ = extent.xmin;

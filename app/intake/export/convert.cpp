@@ -8,10 +8,7 @@
 
 namespace program {
 
-namespace {
-
-// The name of the dataset: that of the file, without its folder and its endings.
-std::string nameFor(const std::string& file) {
+std::string datasetNameFor(const std::string& file) {
     const std::size_t archive = file.rfind("::");
     const std::string inside = archive == std::string::npos ? file : file.substr(archive + 2);
     std::string name = std::filesystem::path(inside).filename().string();
@@ -19,14 +16,12 @@ std::string nameFor(const std::string& file) {
     return name.empty() || name == "-" ? "dataset" : name;
 }
 
-}  // namespace
-
 int convertFile(const ConvertOptions& options, Console& console) {
     const Interrupts interrupts;
     const TemporaryFolder workspace;
     ImportOptions import;
     import.source = options.source;
-    import.dataset = workspace.path() + '/' + nameFor(options.source.file);
+    import.dataset = workspace.path() + '/' + datasetNameFor(options.source.file);
     import.isTemporary = true;
     import.quiet = options.output.quiet;
     const int imported = importFile(import, console);

@@ -15,6 +15,9 @@ struct ConvertOptions {
     bool partial = false;  // also where the import ends with an error
 };
 
+// The name of the dataset of a file: that of the file, without its folder and its endings.
+std::string datasetNameFor(const std::string& file);
+
 // Imports to a temporary workspace, which is gone in the end, and exports from there. Gives the
 // exit status: the worse one of the two.
 int convertFile(const ConvertOptions& options, Console& console);

@@ -34,14 +34,14 @@ const Kind& kindOf(const datasets::Dataset& dataset) {
     for (const Kind& kind : kKinds) {
         if (dataset.kind == kind.label) return kind;
     }
-    throw std::runtime_error(dataset.path + ": a " + dataset.kind +
-                             " cannot be exported; intake dump prints all of it");
+    throw NotForThisKind(dataset.path + ": a " + dataset.kind +
+                         " cannot be exported; intake dump prints all of it");
 }
 
 void refuseMisfits(const datasets::Dataset& dataset, const formats::Format& format) {
     if (!format.geometries && format.rasters && !kindOf(dataset).rasters) {
-        throw std::runtime_error(dataset.path + ": a " + dataset.kind + " has no raster, and " +
-                                 std::string(format.title) + " holds nothing else");
+        throw NotForThisKind(dataset.path + ": a " + dataset.kind + " has no raster, and " +
+                             std::string(format.title) + " holds nothing else");
     }
 }
 

@@ -3,6 +3,7 @@
 #define APP_INTAKE_EXPORT_EXPORT_H
 
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -36,6 +37,11 @@ struct ExportOptions {
     bool bands = false;                     // a stack as one raster
     bool json = false;                      // the report as one object
     bool quiet = false;                     // errors only
+};
+
+// What a format, or any, cannot hold because of what kind of dataset it is.
+struct NotForThisKind : std::runtime_error {
+    using std::runtime_error::runtime_error;
 };
 
 // Writes the output and tells, a line a layer, what is in it; gives the exit status.

@@ -206,8 +206,8 @@ void takeTexts(Mesh& mesh, const std::string& path, const ExportOptions& options
 Mesh meshOf(const datasets::Dataset& dataset, const crs::ReferenceSystem& system,
             const ExportOptions& options, ExportReport& report) {
     if (dataset.kind != "TIN") {
-        throw std::runtime_error(dataset.path + ": a " + dataset.kind +
-                                 " is no surface, and the format holds nothing else");
+        throw NotForThisKind(dataset.path + ": a " + dataset.kind +
+                             " is no surface, and the format holds nothing else");
     }
     checkNames(options);
     Mesh mesh = MeshMaker(dataset.path, options, report).mesh();

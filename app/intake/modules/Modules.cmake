@@ -20,6 +20,7 @@ endfunction()
 pkg_check_modules(CAIRO REQUIRED IMPORTED_TARGET cairo)
 intake_module(png SOURCES modules/png.cpp LIBRARIES PkgConfig::CAIRO)
 intake_module(geopackage SOURCES modules/geopackage.cpp LIBRARIES intake_geopackage)
+intake_module(gather SOURCES modules/gather.cpp LIBRARIES intake_geopackage)
 intake_module(geotiff SOURCES modules/geotiff.cpp LIBRARIES intake_geotiff)
 intake_module(proj SOURCES modules/proj.cpp LIBRARIES intake_crs)
 
