@@ -15,14 +15,14 @@
 
 #include "app/intake/batch/sha256.h"
 #include "tests/support/containers.h"
-#include "tests/support/scratch_test.h"
+#include "tests/support/sample_test.h"
 
 namespace intake::testing {
 namespace {
 
 namespace fs = std::filesystem;
 
-class Batch : public ScratchTest {
+class Batch : public SampleTest {
   protected:
     // Of arcs that are between no polygons, or all around one.
     static std::string coverage(int arcs, const std::string& polygon = "0") {
@@ -308,8 +308,8 @@ TEST_F(Batch, IsKilledAtAnyMomentAndComesToTheSame) {
     EXPECT_EQ(batch({"--resume", "--to", "csv", "--out", "often", "in"}), 0);
     EXPECT_EQ(files("often"), files("out"));
     EXPECT_EQ(report("often/report.jsonl").size(), 60U);
-    fs::remove_all(path("tmp"));  // what a program that is killed so leaves
-    fs::create_directory(path("tmp"));
+    fs::remove_all(temporary());  // what a program that is killed so leaves
+    fs::create_directory(temporary());
 }
 
 TEST_F(Batch, EndsWhereItCannotWrite) {
@@ -354,8 +354,8 @@ TEST_F(Batch, GathersGeoPackagesInOne) {
     std::this_thread::sleep_for(std::chrono::milliseconds(150));
     ::kill(process, SIGKILL);
     end(process);
-    fs::remove_all(path("tmp"));
-    fs::create_directory(path("tmp"));
+    fs::remove_all(temporary());
+    fs::create_directory(temporary());
     EXPECT_EQ(batch(words), 0);
     EXPECT_EQ(files("out").size(), 1U);
     const auto asked = [&](const std::string& sql) {

@@ -131,7 +131,7 @@ TEST_F(Stop, WhereOnlyTemporaryFilesAreMadeItEndsAtOnce) {
 }
 
 TEST_F(Stop, AnExportThatIsStoppedLeavesNothing) {
-    givenMany();
+    givenMany(70000);
     ASSERT_EQ(import(), 1);
     const auto left = [&](std::string_view name) {
         const std::filesystem::directory_iterator all(path("."));
@@ -145,7 +145,7 @@ TEST_F(Stop, AnExportThatIsStoppedLeavesNothing) {
         stopped.send(SIGINT);
         EXPECT_EQ(stopped.wait(), 130) << command;
         EXPECT_FALSE(left("out.gpkg")) << command;
-        EXPECT_TRUE(std::filesystem::is_empty(path("tmp"))) << command;
+        EXPECT_TRUE(std::filesystem::is_empty(temporary())) << command;
     }
 }
 
