@@ -1,6 +1,7 @@
 // Damaged datasets under the readers: the seeds of the import are imported once, each into a
 // workspace of its own; an input chooses one of them, what reads it, and changes to its files.
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <map>
 #include <ostream>
@@ -159,26 +160,23 @@ void exportTo(const std::string& format, const std::string& path, const std::str
     fs::remove_all(options.output);
 }
 
+constexpr int kFirstExport = 5;
+constexpr std::array kExports = {"geopackage", "geojson", "csv", "geotiff", "ply", "glb"};
+
 void read(const std::string& path, const std::string& kind, int reader) {
     std::ostream nowhere(nullptr);
+    if (reader >= kFirstExport) {
+        return exportTo(kExports[static_cast<std::size_t>(reader - kFirstExport)], path, kind);
+    }
     switch (reader) {
-        case 5:
-            exportTo("geopackage", path, kind);
-            break;
-        case 6:
-            exportTo("geojson", path, kind);
-            break;
-        case 7:
-            exportTo("csv", path, kind);
-            break;
-        case 8:
-            exportTo("geotiff", path, kind);
-            break;
         case 0:
             program::print(program::describe(path, kind), nowhere);
             break;
         case 1:
-            program::draw(path, kind, scratch().path("picture.svg"));
+            program::draw({.dataset = path,
+                           .kind = kind,
+                           .picture = scratch().path("picture.svg"),
+                           .colourBy = {}});
             break;
         case 2:
             program::print(program::describeWithin(path, kind, "-30,-60,40.5,1e9"), nowhere);
@@ -211,7 +209,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     } catch (const std::runtime_error&) {}
     for (const std::string& kind : kinds) {
         try {
-            read(dataset.path, kind, data[2] < 200 ? data[2] % 5 : 5 + data[2] % 4);
+            read(dataset.path, kind,
+                 data[2] < 200 ? data[2] % kFirstExport
+                               : kFirstExport + data[2] % static_cast<int>(kExports.size()));
         } catch (const std::runtime_error&) {
             // What it says is for a user.
         }
