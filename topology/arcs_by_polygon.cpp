@@ -1,8 +1,6 @@
 #include "topology/arcs_by_polygon.h"
 
 #include <algorithm>
-#include <array>
-#include <numeric>
 
 namespace topology {
 
@@ -12,29 +10,42 @@ void ArcsByPolygon::add(int32_t arc, int32_t left, int32_t right) {
     if (left >= 1) sides_.push_back({left, -arc});
 }
 
-// By digits of the number, the lowest first; sides of one polygon stay in their order.
-void ArcsByPolygon::sortByPolygon() {
-    constexpr int kDigitBits = 11;
-    constexpr std::size_t kDigits = 1 << kDigitBits;
-    std::vector<Side> sorted(sides_.size());
-    for (int shift = 0; shift < 31; shift += kDigitBits) {
-        const auto digit = [shift](const Side& side) {
-            return static_cast<std::size_t>(side.polygon >> shift) % kDigits;
-        };
-        std::array<std::size_t, kDigits + 1> places{};
-        for (const Side& side : sides_) ++places[digit(side) + 1];
-        if (std::ranges::find(places, sides_.size()) != places.end()) continue;  // all the same
-        std::partial_sum(places.begin(), places.end(), places.begin());
-        for (const Side& side : sides_) sorted[places[digit(side)]++] = side;
-        sides_.swap(sorted);
+void ArcsByPolygon::finish() {
+    const auto greatest = std::ranges::max_element(sides_, {}, &Side::polygon);
+    const std::size_t most = sides_.empty() ? 0 : static_cast<std::size_t>(greatest->polygon);
+    if (most <= 2 * sides_.size()) {
+        placeByNumber(most);
+    } else {
+        placeSorted();
+    }
+    sides_ = {};
+}
+
+// How many arcs each number has tells where they go.
+void ArcsByPolygon::placeByNumber(std::size_t most) {
+    std::vector<std::size_t> places(most + 1);
+    for (const Side& side : sides_) ++places[static_cast<std::size_t>(side.polygon)];
+    polygons_.reserve(most);
+    ends_.reserve(most);
+    std::size_t end = 0;
+    for (std::size_t polygon = 1; polygon <= most; ++polygon) {
+        const std::size_t begin = end;
+        end += places[polygon];
+        places[polygon] = begin;
+        if (end == begin) continue;
+        polygons_.push_back(static_cast<int32_t>(polygon));
+        ends_.push_back(end);
+    }
+    arcs_.resize(sides_.size());
+    for (const Side& side : sides_) {
+        arcs_[places[static_cast<std::size_t>(side.polygon)]++] = side.arc;
     }
 }
 
-void ArcsByPolygon::finish() {
-    sortByPolygon();
+// Of numbers that are far apart.
+void ArcsByPolygon::placeSorted() {
+    std::ranges::stable_sort(sides_, {}, &Side::polygon);
     arcs_.reserve(sides_.size());
-    polygons_.reserve(sides_.size() / 2);
-    ends_.reserve(sides_.size() / 2);
     for (const Side& side : sides_) {
         if (polygons_.empty() || polygons_.back() != side.polygon) {
             polygons_.push_back(side.polygon);
@@ -43,7 +54,6 @@ void ArcsByPolygon::finish() {
         arcs_.push_back(side.arc);
         ends_.back() = arcs_.size();
     }
-    sides_ = {};
 }
 
 std::span<const int32_t> ArcsByPolygon::of(int32_t polygon) const {

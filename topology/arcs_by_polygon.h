@@ -26,7 +26,8 @@ class ArcsByPolygon {
     std::span<const int32_t> polygons() const { return polygons_; }
 
   private:
-    void sortByPolygon();
+    void placeByNumber(std::size_t most);
+    void placeSorted();
 
     struct Side {
         int32_t polygon;

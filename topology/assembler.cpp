@@ -14,7 +14,8 @@ struct Assembler::Work {
     explicit Work(ArcSource& source) : arcs(source) {}
 
     void makeRings();
-    void keepLines(Reason reason, int32_t arc, std::span<const Point> line);
+    void appendTurned(std::span<const uint32_t> walk);
+    void keepRing(Reason reason, std::span<const Point> ring);
     void setRoles(bool mayBeTurned);
     void give();
 
@@ -26,16 +27,25 @@ struct Assembler::Work {
     Edges edges;
     Walks walks;
     CrossingSearch crossing;
-    std::vector<Point> pool;  // vertices of the rings
+    // Vertices of the rings, from each walk's end to its start: then an outer ring, with the area
+    // to the right of its arcs, goes counter-clockwise.
+    std::vector<Point> pool;
     std::vector<Ring> rings;
     std::vector<uint32_t> outerOf;  // by ring: its outer ring, itself, or none if it is left out
-    bool outerIsPositive = false;
+    bool outerIsPositive = true;
     Shape shape;
 };
 
-void Assembler::Work::keepLines(Reason reason, int32_t arc, std::span<const Point> line) {
-    shape.problems.push_back({reason, arc, shape.lines(), 1});
-    shape.linePoints().insert(shape.linePoints().end(), line.begin(), line.end());
+void Assembler::Work::appendTurned(std::span<const uint32_t> walk) {
+    for (std::size_t at = walk.size(); at-- > 0;) {
+        edges.appendTurned(edges.edges[walk[at]], at + 1 == walk.size(), pool);
+    }
+}
+
+// As a line in the direction of its arcs.
+void Assembler::Work::keepRing(Reason reason, std::span<const Point> ring) {
+    shape.problems.push_back({reason, 0, shape.lines(), 1});
+    shape.linePoints().insert(shape.linePoints().end(), ring.rbegin(), ring.rend());
     shape.endLine();
 }
 
@@ -45,13 +55,12 @@ void Assembler::Work::makeRings() {
     std::size_t first = 0;
     for (const std::size_t end : walks.ends) {
         const std::size_t begin = pool.size();
-        for (; first < end; ++first) {
-            edges.append(edges.edges[walks.edges[first]], first + 1 == end, pool);
-        }
+        appendTurned(std::span(walks.edges).subspan(first, end - first));
+        first = end;
         const std::span<const Point> points = std::span(pool).subspan(begin);
         const double area = areaOf(points);
         if (area == 0 || crossing.crossesItself(points)) {
-            keepLines(area == 0 ? Reason::NoArea : Reason::CrossesItself, 0, points);
+            keepRing(area == 0 ? Reason::NoArea : Reason::CrossesItself, points);
             pool.resize(begin);
             continue;
         }
@@ -62,7 +71,7 @@ void Assembler::Work::makeRings() {
                               walks.left.size() == 1 ? edges.edges[walks.left[0]].arc : 0,
                               shape.lines(), walks.left.size()});
     for (const uint32_t edge : walks.left) {
-        edges.append(edges.edges[edge], true, shape.linePoints());
+        edges.append(edges.edges[edge], shape.linePoints());
         shape.endLine();
     }
 }
@@ -71,8 +80,9 @@ void Assembler::Work::makeRings() {
 void Assembler::Work::setRoles(bool mayBeTurned) {
     double area = 0;
     for (const Ring& ring : rings) area += ring.area;
-    // Outer rings have the area to their right, unless the whole list goes the other way.
-    outerIsPositive = mayBeTurned && area > 0;
+    // Outer rings are those that are counter-clockwise here, unless the whole list goes the other
+    // way.
+    outerIsPositive = !(mayBeTurned && area < 0);
 
     outerOf.assign(rings.size(), kNoRing);
     if (rings.size() == 1) {
@@ -122,7 +132,7 @@ void Assembler::Work::give() {
     }
     for (uint32_t ring = 0; ring < rings.size(); ++ring) {
         if (outerOf[ring] != kNoRing) continue;
-        keepLines(Reason::Misplaced, 0, vertices(rings[ring]));
+        keepRing(Reason::Misplaced, vertices(rings[ring]));
     }
 }
 

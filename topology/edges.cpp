@@ -39,15 +39,26 @@ bool before(int32_t first, int32_t second) {
 
 }  // namespace
 
-void Edges::append(const Edge& edge, bool whole, std::vector<Point>& points) const {
-    const std::size_t count = edge.end - edge.begin - (whole ? 0 : 1);
-    const Point* const first = pool.data() + edge.begin;
-    const Point* const last = pool.data() + edge.end;
+void Edges::append(const Edge& edge, std::vector<Point>& points) const {
+    append(edge.begin, edge.end, edge.backwards, points);
+}
+
+void Edges::appendTurned(const Edge& edge, bool whole, std::vector<Point>& points) const {
+    const std::size_t skipped = whole ? 0 : 1;
     if (edge.backwards) {
-        points.insert(points.end(), std::reverse_iterator(last),
-                      std::reverse_iterator(last) + static_cast<std::ptrdiff_t>(count));
+        append(edge.begin + skipped, edge.end, false, points);
     } else {
-        points.insert(points.end(), first, first + count);
+        append(edge.begin, edge.end - skipped, true, points);
+    }
+}
+
+void Edges::append(std::size_t begin, std::size_t end, bool backwards,
+                   std::vector<Point>& points) const {
+    const std::span<const Point> part = std::span(pool).subspan(begin, end - begin);
+    if (backwards) {
+        points.insert(points.end(), part.rbegin(), part.rend());
+    } else {
+        points.insert(points.end(), part.begin(), part.end());
     }
 }
 

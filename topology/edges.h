@@ -58,8 +58,14 @@ struct Edges {
     Point finish(const Edge& edge) const {
         return pool[edge.backwards ? edge.begin : edge.end - 1];
     }
-    // Appends the vertices in the edge's direction, with or without the last one.
-    void append(const Edge& edge, bool whole, std::vector<Point>& points) const;
+    // Appends the vertices in the edge's direction.
+    void append(const Edge& edge, std::vector<Point>& points) const;
+    // ... against it, with or without the one that would then be the first.
+    void appendTurned(const Edge& edge, bool whole, std::vector<Point>& points) const;
+
+  private:
+    void append(std::size_t begin, std::size_t end, bool backwards,
+                std::vector<Point>& points) const;
 };
 
 // Reads the arcs of a list as Assembler describes it: each once, those that are named in both

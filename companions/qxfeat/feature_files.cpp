@@ -1,6 +1,7 @@
 #include "companions/qxfeat/feature_files.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 
 #include "companions/qxfeat/state.h"
@@ -124,11 +125,15 @@ const std::byte* getCoordinates(const std::byte* place, std::span<double> values
     if (bytes == 8) {
         store::getAll(place, values);
     } else {
+        // Two at once: coordinates come in pairs.
         const std::byte* each = place;
-        for (double& value : values) {
-            value = store::get<float>(each);
-            each += sizeof(float);
+        std::size_t at = 0;
+        for (; at + 1 < values.size(); at += 2, each += 8) {
+            const auto both = store::get<uint64_t>(each);
+            values[at] = std::bit_cast<float>(static_cast<uint32_t>(both >> 32));
+            values[at + 1] = std::bit_cast<float>(static_cast<uint32_t>(both));
         }
+        if (at < values.size()) values[at] = store::get<float>(each);
     }
     return place + values.size() * static_cast<std::size_t>(bytes);
 }

@@ -127,6 +127,7 @@ class RecordReader {
     RecordReader(File file, RecordHeader header);
     // Bytes from the position on, at least the wanted number; empty if the file has fewer.
     std::span<const std::byte> window(int64_t position, std::size_t bytes);
+    bool turnTo(int64_t position, std::size_t bytes);
     void findRecords();
     bool readNext(std::span<const std::byte>& record);
 
@@ -136,6 +137,7 @@ class RecordReader {
     int64_t position_ = RecordHeader::kBytes;
     int64_t number_ = 0;
     int64_t lastPosition_ = RecordHeader::kBytes;
+    bool knowsCount_ = false;  // whether the header's count is one to go by
     bool counted_ = false;
     bool failed_;
     struct Window {
@@ -147,10 +149,11 @@ class RecordReader {
                    position + static_cast<int64_t>(count) <= start + static_cast<int64_t>(used);
         }
     };
-    Window window_;
-    // Another place of the file, for readers that go back and forth between two; a file that is
-    // read in its order takes no memory for it.
-    Window other_;
+    // The places of the file that were looked at last, the latest first, for readers that go back
+    // and forth between two and go on in both. A file that is read in its order takes memory for
+    // one alone.
+    std::array<Window, 3> windows_;
+    bool jumps_ = false;           // whether it was read out of its order
     std::vector<int64_t> places_;  // of records of any length, all once one was sought
     bool keepsPlaces_ = false;
     bool hasAllPlaces_ = false;

@@ -30,30 +30,35 @@ std::unique_ptr<RecordReader> RecordReader::open(const std::string& path) {
 }
 
 std::span<const std::byte> RecordReader::window(int64_t position, std::size_t bytes) {
-    const int64_t left = size_ - position;
-    if (left < static_cast<int64_t>(bytes)) return {};
-    if (window_.holds(position, bytes)) {
-        return {window_.bytes.data() + (position - window_.start), bytes};
+    if (size_ - position < static_cast<int64_t>(bytes)) return {};
+    if (!windows_.front().holds(position, bytes) && !turnTo(position, bytes)) return {};
+    const Window& window = windows_.front();
+    return {window.bytes.data() + (position - window.start), bytes};
+}
+
+// Puts the window that holds the bytes to the front, if need be by reading them.
+bool RecordReader::turnTo(int64_t position, std::size_t bytes) {
+    if (jumps_) {
+        auto found = windows_.begin() + 1;
+        while (found != windows_.end() - 1 && !found->holds(position, bytes)) ++found;
+        // The last one was not looked at for longest, if it is not the one.
+        std::rotate(windows_.begin(), found, found + 1);
     }
-    const bool goesOn =
-        position >= window_.start && position <= window_.start + static_cast<int64_t>(window_.used);
-    if (!goesOn) std::swap(window_, other_);
-    if (!window_.holds(position, bytes)) {
-        const std::size_t wanted = std::max(bytes, kWindowBytes);
-        const auto fill = static_cast<std::size_t>(std::min(left, static_cast<int64_t>(wanted)));
-        // What they held is not needed any more, and need not be there beside something large.
-        if (fill > kWindowBytes) other_ = {};
-        if (window_.bytes.size() < fill) {
-            window_ = {};
-            window_.bytes.resize(fill);
-        }
-        const int64_t count = file_.readAt(position, {window_.bytes.data(), fill});
-        failed_ |= count < 0;
-        window_.start = position;
-        window_.used = count < 0 ? 0 : static_cast<std::size_t>(count);
-        if (window_.used < bytes) return {};
+    Window& window = windows_.front();
+    if (window.holds(position, bytes)) return true;
+    const auto wanted = static_cast<int64_t>(std::max(bytes, kWindowBytes));
+    const auto fill = static_cast<std::size_t>(std::min(size_ - position, wanted));
+    // What the others held is not needed any more, and need not be there beside something large.
+    if (fill > kWindowBytes) std::fill(windows_.begin() + 1, windows_.end(), Window{});
+    if (window.bytes.size() < fill) {
+        window = {};
+        window.bytes.resize(fill);
     }
-    return {window_.bytes.data() + (position - window_.start), bytes};
+    const int64_t count = file_.readAt(position, {window.bytes.data(), fill});
+    failed_ |= count < 0;
+    window.start = position;
+    window.used = count < 0 ? 0 : static_cast<std::size_t>(count);
+    return window.used >= bytes;
 }
 
 void RecordReader::noteDamage() const { rdfailC(file_.path().c_str(), 0); }
@@ -90,7 +95,9 @@ bool RecordReader::readNext(std::span<const std::byte>& record) {
 }
 
 int64_t RecordReader::count() {
-    if (counted_ || header_.count >= 0) {
+    if (knowsCount_) return header_.count;
+    knowsCount_ = true;
+    if (header_.count >= 0) {
         // A count that the file cannot hold is not believed.
         const int64_t least = header_.recordBytes != 0 ? header_.recordBytes : 4;
         const int64_t room = (size_ - static_cast<int64_t>(RecordHeader::kBytes)) / least;
@@ -130,6 +137,7 @@ void RecordReader::again() {
 
 bool RecordReader::seek(int64_t number) {
     if (number < 1 || number > count()) return false;
+    jumps_ |= number != number_ + 1;
     if (header_.recordBytes != 0) {
         position_ = static_cast<int64_t>(RecordHeader::kBytes) +
                     (number - 1) * static_cast<int64_t>(header_.recordBytes);
