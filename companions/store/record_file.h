@@ -113,7 +113,9 @@ class RecordReader {
     void noteDamage() const;
     // Has next remember where records of any length lie as it passes them, eight bytes for each, so
     // that seek need not look for them.
-    void keepPlaces() { keepsPlaces_ = true; }
+    void keepPlaces() {
+        if (!keepsPlaces_) beginPlaces();
+    }
     // Makes the record of a number from 1 the next one; false if there is none.
     bool seek(int64_t number);
     // Makes the record that next gave last the next one.
@@ -127,6 +129,7 @@ class RecordReader {
     RecordReader(File file, RecordHeader header);
     // Bytes from the position on, at least the wanted number; empty if the file has fewer.
     std::span<const std::byte> window(int64_t position, std::size_t bytes);
+    void beginPlaces();
     bool turnTo(int64_t position, std::size_t bytes);
     void findRecords();
     bool readNext(std::span<const std::byte>& record);

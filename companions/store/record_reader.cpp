@@ -115,6 +115,13 @@ int64_t RecordReader::count() {
     return header_.count;
 }
 
+void RecordReader::beginPlaces() {
+    constexpr int64_t kShortRecord = 32;  // a count is not believed at eight bytes for four
+    keepsPlaces_ = true;
+    if (header_.count < 0) return;
+    places_.reserve(static_cast<std::size_t>(std::min(count(), size_ / kShortRecord)));
+}
+
 void RecordReader::findRecords() {
     int64_t place = RecordHeader::kBytes;
     places_.clear();
