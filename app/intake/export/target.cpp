@@ -114,6 +114,7 @@ void Target::raster(formats::Raster raster, std::string_view type) {
         console_.errors << "\r\033[K" << shown(raster.name) << " row " << row << std::flush;
         progress_ = true;
     };
+    raster.tell = [&](const std::string& what) { report_.note(raster.name + ": " + what); };
     const std::optional<std::string> name = writer_.raster(raster);
     endProgress();
     if (!name) {
