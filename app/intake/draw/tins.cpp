@@ -5,6 +5,7 @@
 #include "app/intake/draw/palette.h"
 #include "app/intake/draw/relief.h"
 #include "app/intake/export/surface_parts.h"
+#include "app/intake/interrupts.h"
 #include "datasets/surfaces.h"
 
 namespace program {
@@ -68,6 +69,7 @@ Picture pictureOfTin(const Dataset& dataset) {
     const double stretch = range > 0 ? 0.15 * side / range : 1;
     picture.draw = [=](Canvas& canvas, const View& view) {
         for (const Corners& corners : surface.triangles) {
+            throwIfInterrupted();
             const double mean = (corners[0][2] + corners[1][2] + corners[2][2]) / 3;
             const double height = range > 0 ? (mean - surface.lowest) / range : 0.5;
             const Colour colour = reliefColour(height, lightOnTriangle(corners, stretch));

@@ -79,6 +79,7 @@ void write(const ExportOptions& options, const datasets::Dataset& dataset,
     how.rasters.cloud = options.cloud;
     how.toWgs84 = [](const crs::ReferenceSystem& from) { return systems().toWgs84(from); };
     if (format.meshes) {
+        how.look = throwIfInterrupted;
         const formats::Mesh mesh = meshOf(dataset, system, options, report);
         throwIfInterrupted();
         return format.meshes->write(options.output, mesh, how);
