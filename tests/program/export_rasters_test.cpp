@@ -147,11 +147,12 @@ TEST_F(ExportRasters, LatticesArePoints) {
 }
 
 TEST_F(ExportRasters, TablesStandBesideAndGoToAGeoPackageAlone) {
-    imported(grid(1, 1, 1, {"7"}) + table("DS.VAT"));
+    imported(grid(1, 1, 2, {"7", "-9999"}) + table("DS.VAT"));
     EXPECT_EQ(exported().status, 0);
     EXPECT_EQ(fileBytes(path("out.VAT.csv")), "fid,VALUE\r\n1,7\r\n");
-    const Outcome outcome = exported({}, "@out.gpkg");
+    const Outcome outcome = exported({"--type", "float32"}, "@out.gpkg");
     EXPECT_EQ(outcome.status, 3);
+    EXPECT_TRUE(outcome.object()["notes"].empty());
     EXPECT_EQ(outcome.object()["losses"][0]["reason"], "the format has no place for a raster");
     EXPECT_EQ(outcome.object()["layers"][0]["name"], "DS.VAT");
     for (const auto& [options, told] :

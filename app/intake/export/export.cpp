@@ -92,7 +92,7 @@ void write(const ExportOptions& options, const datasets::Dataset& dataset,
         kind.layers != exportTable) {
         report.note("geometries are left out of " + options.output + "; --wkt adds them");
     }
-    Target target(options, *writer, system, report, console);
+    Target target(options, *writer, format.rasters, system, report, console);
     kind.layers(target, dataset);
     target.checkNames();
     throwIfInterrupted();
