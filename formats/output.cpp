@@ -128,8 +128,8 @@ void Part::putInPlace() {
     if (aside) fs::remove_all(old, error);
 }
 
-TextFile::TextFile(const std::string& path, std::string target)
-    : file_(std::fopen(path.c_str(), "wb")), target_(std::move(target)) {
+TextFile::TextFile(const std::string& path, std::string target, std::function<void()> look)
+    : file_(std::fopen(path.c_str(), "wb")), target_(std::move(target)), look_(std::move(look)) {
     if (!file_) failed(target_, errno);
     std::setvbuf(file_, nullptr, _IONBF, 0);  // pieces are large already
 }
@@ -141,6 +141,7 @@ TextFile::~TextFile() {
 void TextFile::flush() {
     if (std::fwrite(text_.data(), 1, text_.size(), file_) != text_.size()) failed(target_, errno);
     text_.clear();
+    if (look_) look_();
 }
 
 void TextFile::close() {

@@ -3,6 +3,7 @@
 #define FORMATS_OUTPUT_H
 
 #include <cstdio>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -42,10 +43,11 @@ class Part {
     bool placed_ = false;
 };
 
-// A file that is written from front to back in large pieces. Failures name the target.
+// A file that is written from front to back in large pieces. Failures name the target. What look,
+// if it is there, throws after a piece ends the writing.
 class TextFile {
   public:
-    TextFile(const std::string& path, std::string target);
+    TextFile(const std::string& path, std::string target, std::function<void()> look = {});
     ~TextFile();
     TextFile(const TextFile&) = delete;
     TextFile& operator=(const TextFile&) = delete;
@@ -64,6 +66,7 @@ class TextFile {
 
     std::FILE* file_;
     std::string target_;
+    std::function<void()> look_;
     std::string text_;
 };
 

@@ -68,6 +68,8 @@ struct Raster {
     // Gives a row, from 0 at the top, of a band from 0: as many cells as there are columns. Rows
     // are asked for from the top down, those of a band at least once and at most twice.
     std::function<void(std::size_t band, int32_t row, std::span<std::byte> cells)> read;
+    // Told what a format keeps in a way that programs do not understand; may be empty.
+    std::function<void(const std::string& what)> tell;
 };
 
 // How the bytes of cells are made fewer.

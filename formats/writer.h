@@ -151,6 +151,9 @@ struct Options {
 
     // PLY: numbers as text.
     bool ascii = false;
+
+    // PLY and glTF: called now and then while a surface is written, and may throw.
+    std::function<void()> look = {};
 };
 
 // Makes writers of one format. What a module of a format exports is a constant one of these.

@@ -56,7 +56,7 @@ inline constexpr uint16_t kKeyDoubles = 34736, kKeyTexts = 34737;
 inline constexpr uint16_t kUserDefined = 32767;
 
 // Of kModelType and of kRasterType.
-inline constexpr uint16_t kModelProjected = 1, kModelGeographic = 2;
+inline constexpr uint16_t kModelUndefined = 0, kModelProjected = 1, kModelGeographic = 2;
 inline constexpr uint16_t kPixelIsArea = 1, kPixelIsPoint = 2;
 
 // Codes of units.

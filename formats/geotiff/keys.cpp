@@ -49,6 +49,7 @@ class Builder {
         number(key, known ? static_cast<uint16_t>(value) : kUserDefined);
         return known;
     }
+    void uncoded(const std::string& name) { keys_.uncoded = name; }
     Keys take() { return std::move(keys_); }
 
   private:
@@ -113,7 +114,10 @@ void addConversion(Builder& keys, const crs::ReferenceSystem& system) {
     const Transformation* const transformation = transformationOf(parts);
     keys.number(kTransformation, transformation ? transformation->code : kUserDefined);
     // Without a code the definition itself is all that there is to be told.
-    if (!transformation) return keys.text(kProjectedCitation, system.wkt2);
+    if (!transformation) {
+        keys.uncoded(parts.methodName);
+        return keys.text(kProjectedCitation, system.wkt2);
+    }
     for (const crs::Parameter& each : parts.parameters) {
         if (const uint16_t key = keyOf(each.code, transformation->origin)) {
             keys.real(key, valueOf(each, system.perUnit));
@@ -124,7 +128,7 @@ void addConversion(Builder& keys, const crs::ReferenceSystem& system) {
 }  // namespace
 
 std::vector<uint16_t> Keys::directory() const {
-    constexpr uint16_t kVersion = 1, kRevision = 1, kMinorRevision = 0;
+    constexpr uint16_t kVersion = 1, kRevision = 1, kMinorRevision = 1;
     std::vector<uint16_t> words = {kVersion, kRevision, kMinorRevision,
                                    static_cast<uint16_t>(entries.size())};
     for (const auto& [key, entry] : entries) {
@@ -137,7 +141,7 @@ Keys keysOf(const crs::ReferenceSystem& system, bool points) {
     Builder keys;
     keys.number(kRasterType, points ? kPixelIsPoint : kPixelIsArea);
     if (!system.defined()) {
-        keys.number(kModelType, kUserDefined);
+        keys.number(kModelType, kModelUndefined);
         keys.text(kCitation, system.text.empty() ? system.name : system.name + ": " + system.text);
         return keys.take();
     }

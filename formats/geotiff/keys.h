@@ -21,13 +21,14 @@ struct Keys {
     std::map<uint16_t, Entry> entries;
     std::vector<double> doubles;
     std::string texts;
+    std::string uncoded;  // the name of a projection that has no code; its definition is a text
 
     // As the tag has it.
     std::vector<uint16_t> directory() const;
 };
 
 // By its code where the registry has the system, and by all of its parts where it does not. What is
-// not known is said to be so, with its text in the citation.
+// not known is undefined, with its text in the citation.
 Keys keysOf(const crs::ReferenceSystem& system, bool points);
 
 }  // namespace formats::geotiff

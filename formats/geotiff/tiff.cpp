@@ -27,6 +27,7 @@ void addFields(TIFF* tiff) {
         field(kKeyDirectory, TIFF_SHORT, "GeoKeyDirectory"),
         field(kKeyDoubles, TIFF_DOUBLE, "GeoDoubleParams"),
         field(kKeyTexts, TIFF_ASCII, "GeoAsciiParams"),
+        field(kItems, TIFF_ASCII, "Items"),
         field(kNoData, TIFF_ASCII, "NoData"),
     };
     TIFFMergeFieldInfo(tiff, fields, std::size(fields));

@@ -19,6 +19,7 @@ namespace formats::geotiff {
 constexpr uint32_t kPixelScale = 33550;
 constexpr uint32_t kTiePoints = 33922;
 constexpr uint32_t kKeyDirectory = 34735;
+constexpr uint32_t kItems = 42112;
 constexpr uint32_t kNoData = 42113;
 
 // Bytes that are written and read at any place.

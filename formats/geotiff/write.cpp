@@ -21,13 +21,37 @@ std::string ascii(std::string_view text) {
     return out;
 }
 
-// There is no tag for the names of bands: they stand in the description, a line each.
+// For people the names of bands stand in the description, a line each.
 std::string descriptionOf(const Raster& raster) {
     std::string text = raster.description;
     for (std::size_t band = 0; raster.bands.size() > 1 && band < raster.bands.size(); ++band) {
         text += "\nBand " + std::to_string(band + 1) + ": " + raster.bands[band].name;
     }
     return ascii(text);
+}
+
+std::string escaped(std::string_view text) {
+    std::string out;
+    for (const char each : text) {
+        if (each == '&') {
+            out += "&amp;";
+        } else if (each == '<') {
+            out += "&lt;";
+        } else {
+            out += static_cast<unsigned char>(each) < ' ' ? ' ' : each;
+        }
+    }
+    return out;
+}
+
+// And for programs in the tag that they look for items of a band in.
+std::string itemsOf(const Raster& raster) {
+    std::string text = "<Metadata>\n";
+    for (std::size_t band = 0; band < raster.bands.size(); ++band) {
+        text += "  <Item name=\"DESCRIPTION\" sample=\"" + std::to_string(band) +
+                "\" role=\"description\">" + escaped(raster.bands[band].name) + "</Item>\n";
+    }
+    return text + "</Metadata>\n";
 }
 
 void setPlace(const Tiff& tiff, const Raster& raster) {
@@ -49,6 +73,10 @@ void setKeys(const Tiff& tiff, const Raster& raster) {
         tiff.set(kKeyDoubles, static_cast<int>(keys.doubles.size()), keys.doubles.data());
     }
     if (!keys.texts.empty()) tiff.set(kKeyTexts, keys.texts.c_str());
+    if (!keys.uncoded.empty() && raster.tell) {
+        raster.tell("GeoTIFF has no code for the projection " + keys.uncoded +
+                    "; its definition is in the citation, where programs do not look for it.");
+    }
 }
 
 void setRanges(const Tiff& tiff, const Raster& raster) {
@@ -86,6 +114,7 @@ void writeDirectory(const Tiff& tiff, const Raster& raster, const Plan& plan, st
     }
     if (number == 0) {
         tiff.set(TIFFTAG_IMAGEDESCRIPTION, descriptionOf(raster).c_str());
+        if (raster.bands.size() > 1) tiff.set(kItems, itemsOf(raster).c_str());
         setRanges(tiff, raster);
         setPlace(tiff, raster);
         setKeys(tiff, raster);

@@ -44,7 +44,7 @@ class Writer : public MeshWriter {
         }
 
         Part part(path, Part::Kind::kFile, options.replace);
-        TextFile file(part.path(), part.target());
+        TextFile file(part.path(), part.target(), options.look);
         std::string& text = file.text();
         text += "glTF";
         appendLittleEndian(text, uint32_t{2});

@@ -81,7 +81,7 @@ class Writer : public MeshWriter {
   public:
     void write(const std::string& path, const Mesh& mesh, const Options& options) const override {
         Part part(path, Part::Kind::kFile, options.replace);
-        TextFile file(part.path(), part.target());
+        TextFile file(part.path(), part.target(), options.look);
         file.text() = header(mesh, options.ascii);
         Lines lines(file, options.ascii);
         for (std::size_t vertex = 0; vertex < mesh.vertices.size(); ++vertex) {

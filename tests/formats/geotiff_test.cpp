@@ -238,8 +238,8 @@ TEST(GeoTiff, KeysSayASystemByItsCodeOrItsParts) {
          "-100 0 0\n45 0 0\n10\n20\n",
          nullptr},
         {"Projection NOWHERE|\nDatum caf\xC3\xA9\n",
-         "1024=32767 1025=1 1026='undefined: Projection NOWHERE?; Datum caf?' "},
-        {"", "1024=32767 1025=1 1026='undefined' "},
+         "1024=0 1025=1 1026='undefined: Projection NOWHERE?; Datum caf?' "},
+        {"", "1024=0 1025=1 1026='undefined' "},
     };
     for (const auto& each : cases) {
         const std::string found =
@@ -258,6 +258,7 @@ TEST(GeoTiff, KeysSayASystemByItsCodeOrItsParts) {
               "1024=1 1025=2 1026='RGF93 v1 / Lambert-93' 3072=2154 "
               "3073='RGF93 v1 / Lambert-93' 3076=9001 ");
     EXPECT_EQ(keys.directory().size(), 4U * 7);
+    EXPECT_EQ(keys.directory()[2], 1);  // GeoTIFF 1.1
 }
 
 TEST_F(GeoTiffTest, StandsUnderItsNameWhenItIsWhole) {

@@ -147,11 +147,12 @@ TEST_F(ExportRasters, LatticesArePoints) {
 }
 
 TEST_F(ExportRasters, TablesStandBesideAndGoToAGeoPackageAlone) {
-    imported(grid(1, 1, 1, {"7"}) + table("DS.VAT"));
+    imported(grid(1, 1, 2, {"7", "-9999"}) + table("DS.VAT"));
     EXPECT_EQ(exported().status, 0);
     EXPECT_EQ(fileBytes(path("out.VAT.csv")), "fid,VALUE\r\n1,7\r\n");
-    const Outcome outcome = exported({}, "@out.gpkg");
+    const Outcome outcome = exported({"--type", "float32"}, "@out.gpkg");
     EXPECT_EQ(outcome.status, 3);
+    EXPECT_TRUE(outcome.object()["notes"].empty());
     EXPECT_EQ(outcome.object()["losses"][0]["reason"], "the format has no place for a raster");
     EXPECT_EQ(outcome.object()["layers"][0]["name"], "DS.VAT");
     for (const auto& [options, told] :
@@ -190,6 +191,8 @@ TEST_F(ExportRasters, AStackIsAFolderOfFilesOrTheBandsOfOne) {
     EXPECT_EQ(wrongCells(image(), kMissingReal, "B", 1), 0);
     const std::string bytes = fileBytes(path("out.tif"));
     EXPECT_NE(bytes.find("Stack DS\nBand 1: A\nBand 2: B"), std::string::npos);
+    EXPECT_NE(textTagOf(path("out.tif"), 42112).find("sample=\"1\" role=\"description\">B</Item>"),
+              std::string::npos);
     EXPECT_TRUE(std::filesystem::exists(path("out.A.VAT.csv")));
 
     stack(grid(1, 1, 2, {"1", "2"}));
@@ -199,6 +202,18 @@ TEST_F(ExportRasters, AStackIsAFolderOfFilesOrTheBandsOfOne) {
     const Outcome one = exported({}, "@out.tif");
     EXPECT_EQ(one.status, 3);
     EXPECT_EQ(one.object()["losses"][0]["reason"], "a member is not there");
+}
+
+TEST_F(ExportRasters, AProjectionWithoutACodeIsTold) {
+    imported(grid(1, 1, 1, {"7"}) +
+             "PRJ  2\nProjection MOLLWEIDE\n~\nUnits METERS\n~\nSpheroid SPHERE\n~\nParameters\n~\n"
+             "6370997.0\n~\n-90 0 0\n~\n0.0\n~\n0.0\n~\nEOP\n");
+    const Outcome outcome = exported();
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_NE(outcome.object()["notes"].dump().find("no code for the projection Mollweide"),
+              std::string::npos)
+        << outcome.object();
+    EXPECT_NE(textTagOf(path("out.tif"), 34737).find("Mollweide"), std::string::npos);
 }
 
 // The header of a damaged file says what it likes.

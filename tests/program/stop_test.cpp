@@ -130,7 +130,7 @@ TEST_F(Stop, WhereOnlyTemporaryFilesAreMadeItEndsAtOnce) {
     ::close(ends[1]);
 }
 
-TEST_F(Stop, AnExportThatIsStoppedLeavesNothing) {
+TEST_F(Stop, AnExportOrAPictureThatIsStoppedLeavesNothing) {
     givenMany(70000);
     ASSERT_EQ(import(), 1);
     const auto left = [&](std::string_view name) {
@@ -139,12 +139,16 @@ TEST_F(Stop, AnExportThatIsStoppedLeavesNothing) {
             return entry.path().filename().string().starts_with(name);
         });
     };
-    for (const auto& [command, source] : {std::pair("export", "DS"), {"convert", "in.e00"}}) {
-        Running stopped({command, path(source), path("out.gpkg")}, STDIN_FILENO);
-        while (!left("out.gpkg") && !stopped.ended()) std::this_thread::yield();
+    const struct {
+        const char *command, *source, *out;
+    } cases[] = {
+        {"export", "DS", "out.gpkg"}, {"convert", "in.e00", "out.gpkg"}, {"draw", "DS", "out.svg"}};
+    for (const auto& [command, source, out] : cases) {
+        Running stopped({command, path(source), path(out)}, STDIN_FILENO);
+        while (!left(out) && !stopped.ended()) std::this_thread::yield();
         stopped.send(SIGINT);
         EXPECT_EQ(stopped.wait(), 130) << command;
-        EXPECT_FALSE(left("out.gpkg")) << command;
+        EXPECT_FALSE(left(out)) << command;
         EXPECT_TRUE(std::filesystem::is_empty(temporary())) << command;
     }
 }

@@ -80,6 +80,12 @@ TEST_F(SurfaceExport, WhatLiesBehindTheMaskIsHidden) {
         given(text + kEnd + "EOS\n");
         ASSERT_EQ(import(), 1);
         EXPECT_EQ(std::ranges::count(body({"--quiet"}), '\n'), 3 + each.shown) << each.flags;
+        // An area and its outline.
+        EXPECT_EQ(run({"draw", "@DS", "@o.svg"}).status, 0);
+        std::size_t paths = 0;
+        const std::string svg = fileBytes(path("o.svg"));
+        for (std::size_t at = 0; (at = svg.find("<path", at)) != svg.npos; ++at) ++paths;
+        EXPECT_EQ(paths, 2U * static_cast<std::size_t>(each.shown)) << each.flags;
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "app/intake/commands/commands.h"
 #include "app/intake/commands/reading.h"
+#include "app/intake/interrupts.h"
 #include "app/intake/workspace/changes.h"
 
 namespace program {
@@ -19,7 +20,13 @@ void addDraw(CLI::App& app, Console& console, int& status) {
     addKind(*command, options->kind);
     command->callback([=, &console, &status] {
         finishChanges(workspaceOf(options->dataset), console);
-        status = reading(console, [&] { draw(*options); });
+        const Interrupts interrupts;
+        try {
+            status = reading(console, [&] { draw(*options); });
+        } catch (const Interrupted& interrupted) {
+            complain(console, "stopped; " + options->picture + " was not made");
+            status = interrupted.exitStatus();
+        }
     });
 }
 

@@ -44,7 +44,8 @@ class Canvas {
                       Colour colour) = 0;
     // An image stretched over a rectangle.
     virtual void image(Place topLeft, double width, double height, const Image& image) = 0;
-    // Completes the picture; nothing is drawn after it. Throws a std::runtime_error on failure.
+    // Completes the picture; nothing is drawn after it. What could not be written is thrown as a
+    // std::system_error, here or by what draws.
     virtual void finish() = 0;
 };
 

@@ -6,6 +6,7 @@
 #include "app/intake/draw/draw.h"
 #include "app/intake/draw/palette.h"
 #include "app/intake/draw/polygons.h"
+#include "app/intake/interrupts.h"
 #include "app/intake/utf8.h"
 #include "datasets/annotation_lines.h"
 #include "datasets/coverage.h"
@@ -53,6 +54,7 @@ void drawPolygons(Canvas& canvas, const View& view, const std::string& coverage,
                   const Classes* classes) {
     std::vector<std::vector<Place>> rings;
     eachPolygon(coverage, [&](int32_t number, const topology::Shape& shape) {
+        throwIfInterrupted();
         rings.clear();
         const auto take = [&](std::span<const topology::Point> points) {
             rings.push_back(view.places({&points.front().x, points.size() * 2}));
@@ -90,6 +92,7 @@ Picture pictureOfCoverage(const Dataset& dataset, const std::string& colourBy) {
     picture.draw = [=](Canvas& canvas, const View& view) {
         drawPolygons(canvas, view, coverage, classes.get());
         for (const Arc& arc : arcs(coverage)) {
+            throwIfInterrupted();
             const std::vector<Place> places = view.places(coordinates(arc.vertices));
             if (places.size() > 1) canvas.line(places, lineColour(10), 0.8);
         }

@@ -1,11 +1,13 @@
 #include "app/intake/draw/draw.h"
 
-#include <cstdio>
 #include <fstream>
 #include <stdexcept>
+#include <system_error>
 
+#include "app/intake/interrupts.h"
 #include "app/intake/module.h"
 #include "datasets/stacks.h"
+#include "formats/output.h"
 
 namespace program {
 
@@ -108,16 +110,14 @@ void draw(const DrawOptions& options) {
     }
     const Picture content =
         pictureOf(datasets::findDataset(options.dataset, options.kind), options.colourBy);
-    const std::string unfinished = picture + ".part";
+    formats::Part part(picture, formats::Part::Kind::kFile, true);
     try {
-        drawTo(unfinished, svg, content, options.longerSide);
-        if (std::rename(unfinished.c_str(), picture.c_str()) != 0) {
-            throw std::runtime_error(picture + ": could not be made");
-        }
-    } catch (...) {
-        std::remove(unfinished.c_str());
-        throw;
+        drawTo(part.path(), svg, content, options.longerSide);
+    } catch (const std::system_error& error) {
+        formats::failed(picture, error.code().value());
     }
+    throwIfInterrupted();
+    part.putInPlace();
 }
 
 }  // namespace program

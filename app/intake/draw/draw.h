@@ -23,8 +23,8 @@ struct DrawOptions {
     double longerSide = View::kLongerSide;  // of the map, in pixels
 };
 
-// An existing file is replaced when the picture is whole. Throws a std::runtime_error whose text is
-// for the user.
+// An existing file is replaced when the picture is whole; else nothing is left behind. Throws a
+// std::runtime_error whose text is for the user, and an Interrupted within an Interrupts.
 void draw(const DrawOptions& options);
 
 // A picture before its page: how much there is to see, and what draws it.

@@ -7,6 +7,7 @@
 
 #include "app/intake/draw/draw.h"
 #include "app/intake/draw/palette.h"
+#include "app/intake/interrupts.h"
 #include "app/intake/utf8.h"
 
 namespace program {
@@ -167,6 +168,7 @@ class OnCanvas : public Stage {
   public:
     OnCanvas(Canvas& canvas, const View& view) : canvas_(canvas), view_(view) {}
     void line(const std::vector<double>& pairs, int32_t colour) override {
+        throwIfInterrupted();
         canvas_.line(view_.places(pairs), lineColour(colour), 1);
     }
     void fill(const std::vector<double>& pairs, int32_t shade, bool outlined) override {

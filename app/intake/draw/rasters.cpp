@@ -5,6 +5,7 @@
 #include "app/intake/draw/draw.h"
 #include "app/intake/draw/palette.h"
 #include "app/intake/draw/relief.h"
+#include "app/intake/interrupts.h"
 #include "datasets/rasters.h"
 
 namespace program {
@@ -63,6 +64,7 @@ Heights readHeights(const datasets::Raster& raster) {
     heights.values.reserve(static_cast<std::size_t>(heights.columns) *
                            static_cast<std::size_t>(heights.rows));
     for (int32_t row = 0; row < shape.rows; row += step) {
+        throwIfInterrupted();
         readRow(raster, row, step, heights.values);
     }
     Extent range;

@@ -1,5 +1,6 @@
+#include <cerrno>
 #include <charconv>
-#include <stdexcept>
+#include <system_error>
 
 #include "app/intake/draw/canvas.h"
 #include "app/intake/module.h"
@@ -110,7 +111,7 @@ class SvgCanvas : public Canvas {
         text_ += "</svg>\n";
         flush();
         stream_.flush();
-        if (!stream_) throw std::runtime_error("could not write the picture");
+        check();
     }
 
   private:
@@ -179,7 +180,11 @@ class SvgCanvas : public Canvas {
     }
     void flush() {
         stream_.write(text_.data(), static_cast<std::streamsize>(text_.size()));
+        check();
         text_.clear();
+    }
+    void check() const {
+        if (!stream_) throw std::system_error(errno, std::generic_category());
     }
 
     std::ostream& stream_;

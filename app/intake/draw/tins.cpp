@@ -1,64 +1,59 @@
-// A surface: its triangles, masked or not, tinted by height and lit.
+// A surface: its triangles, but for those that its mask hides, tinted by height and lit.
 #include <array>
 
 #include "app/intake/draw/draw.h"
 #include "app/intake/draw/palette.h"
 #include "app/intake/draw/relief.h"
+#include "app/intake/export/surface_parts.h"
+#include "app/intake/interrupts.h"
 #include "datasets/surfaces.h"
 
 namespace program {
 
 namespace {
 
-struct Node {
-    double x;
-    double y;
-    double z;
-};
+using Corners = std::array<Spot, 3>;
 
 struct Surface {
-    std::vector<Node> nodes;
-    std::vector<std::array<Node, 3>> triangles;
+    std::vector<Spot> nodes;
+    std::vector<Corners> triangles;
     double lowest = 0;
     double highest = 0;
 };
 
 Surface readSurface(const Dataset& dataset) {
     Surface surface;
+    surface.nodes = readNodes(dataset.path);
     Extent heightRange;
-    for (const datasets::Node& node : datasets::nodes(dataset.path)) {
-        if (!node.place) break;
-        const double z = node.hasHeight() ? *node.height : std::numeric_limits<double>::quiet_NaN();
-        surface.nodes.push_back({node.place->x, node.place->y, z});
-        heightRange.add(z, 0);
-    }
+    for (const Spot& node : surface.nodes) heightRange.add(node[2], 0);
     if (!heightRange.empty()) {
         surface.lowest = heightRange.xmin;
         surface.highest = heightRange.xmax;
     }
+    Mask mask(dataset.path);
     for (const datasets::Triangle& triangle : datasets::triangles(dataset.path)) {
         if (!triangle.nodes) break;
-        std::array<Node, 3> nodes{};
-        bool whole = true;
-        for (std::size_t corner = 0; corner < 3; ++corner) {
-            const int64_t number = (*triangle.nodes)[corner];
-            whole = whole && number >= 1 && number <= static_cast<int64_t>(surface.nodes.size());
-            if (whole) nodes[corner] = surface.nodes[static_cast<std::size_t>(number - 1)];
-            whole = whole && std::isfinite(nodes[corner].z);
+        bool whole = mask.shows();
+        Corners corners{};
+        for (std::size_t corner = 0; whole && corner < 3; ++corner) {
+            const int32_t number = (*triangle.nodes)[corner];
+            whole = isNode(number, surface.nodes);
+            if (whole) corners[corner] = spotOf(number, surface.nodes);
+            whole = whole && std::isfinite(corners[corner][2]);
         }
-        if (whole) surface.triangles.push_back(nodes);
+        if (whole) surface.triangles.push_back(corners);
     }
     return surface;
 }
 
 // Light on a triangle. Heights are stretched so that the relief shows: they may be in other units
 // than the places.
-double lightOnTriangle(const std::array<Node, 3>& nodes, double stretch) {
-    const auto& [a, b, c] = nodes;
-    const double area = (b.x - a.x) * (c.y - a.y) - (c.x - a.x) * (b.y - a.y);
+double lightOnTriangle(const Corners& corners, double stretch) {
+    const auto& [a, b, c] = corners;
+    const double area = (b[0] - a[0]) * (c[1] - a[1]) - (c[0] - a[0]) * (b[1] - a[1]);
     if (area == 0) return 0.7;
-    const double east = ((b.z - a.z) * (c.y - a.y) - (c.z - a.z) * (b.y - a.y)) / area;
-    const double north = ((c.z - a.z) * (b.x - a.x) - (b.z - a.z) * (c.x - a.x)) / area;
+    const double east = ((b[2] - a[2]) * (c[1] - a[1]) - (c[2] - a[2]) * (b[1] - a[1])) / area;
+    const double north = ((c[2] - a[2]) * (b[0] - a[0]) - (b[2] - a[2]) * (c[0] - a[0])) / area;
     return lightOn(east * stretch, north * stretch);
 }
 
@@ -68,18 +63,19 @@ Picture pictureOfTin(const Dataset& dataset) {
     Picture picture;
     picture.units = unitsOf(dataset.path);
     const Surface surface = readSurface(dataset);
-    for (const Node& node : surface.nodes) picture.extent.add(node.x, node.y);
+    for (const Spot& node : surface.nodes) picture.extent.add(node[0], node[1]);
     const double range = surface.highest - surface.lowest;
     const double side = picture.extent.empty() ? 1 : picture.extent.xmax - picture.extent.xmin;
     const double stretch = range > 0 ? 0.15 * side / range : 1;
     picture.draw = [=](Canvas& canvas, const View& view) {
-        for (const std::array<Node, 3>& nodes : surface.triangles) {
-            const double mean = (nodes[0].z + nodes[1].z + nodes[2].z) / 3;
+        for (const Corners& corners : surface.triangles) {
+            throwIfInterrupted();
+            const double mean = (corners[0][2] + corners[1][2] + corners[2][2]) / 3;
             const double height = range > 0 ? (mean - surface.lowest) / range : 0.5;
-            const Colour colour = reliefColour(height, lightOnTriangle(nodes, stretch));
+            const Colour colour = reliefColour(height, lightOnTriangle(corners, stretch));
             std::array<Place, 4> places;
             for (std::size_t corner = 0; corner < places.size(); ++corner) {
-                places[corner] = view.place(nodes[corner % 3].x, nodes[corner % 3].y);
+                places[corner] = view.place(corners[corner % 3][0], corners[corner % 3][1]);
             }
             canvas.area({places.data(), 3}, colour);
             canvas.line(places, colour, 0.4);

@@ -79,6 +79,7 @@ void write(const ExportOptions& options, const datasets::Dataset& dataset,
     how.rasters.cloud = options.cloud;
     how.toWgs84 = [](const crs::ReferenceSystem& from) { return systems().toWgs84(from); };
     if (format.meshes) {
+        how.look = throwIfInterrupted;
         const formats::Mesh mesh = meshOf(dataset, system, options, report);
         throwIfInterrupted();
         return format.meshes->write(options.output, mesh, how);
@@ -91,7 +92,7 @@ void write(const ExportOptions& options, const datasets::Dataset& dataset,
         kind.layers != exportTable) {
         report.note("geometries are left out of " + options.output + "; --wkt adds them");
     }
-    Target target(options, *writer, system, report, console);
+    Target target(options, *writer, format.rasters, system, report, console);
     kind.layers(target, dataset);
     target.checkNames();
     throwIfInterrupted();

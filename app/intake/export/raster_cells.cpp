@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "app/intake/export/export.h"
+#include "app/intake/interrupts.h"
 #include "formats/numbers.h"
 
 namespace program {
@@ -107,6 +108,7 @@ CellSurvey survey(const datasets::Raster& raster, bool heights) {
     const QxRaster& shape = raster.shape();
     found.missing = shape.rowsWritten < shape.rows;
     for (int32_t row = 0; row < shape.rowsWritten; ++row) {
+        throwIfInterrupted();
         for (const std::span<const int32_t>& words : datasets::rowOf(raster, row)) {
             for (const int32_t word : words) {
                 const std::optional<double> value = raster.value(word);

@@ -120,10 +120,18 @@ std::optional<std::array<double, 2>> rangeOf(const datasets::Raster& raster, boo
     return cells.range;
 }
 
+// Otherwise nothing of it is read.
+bool takes(Target& target, const std::string& name) {
+    if (!target.takesRasters()) {
+        target.report().loss(name, "the format has no place for a raster");
+    }
+    return target.takesRasters();
+}
+
 void exportRaster(Target& target, const Dataset& dataset, QxRasterKind kind,
                   crs::ReferenceSystem system) {
     const std::string name = nameOf(dataset.path);
-    if (!target.wants(name)) return;
+    if (!target.wants(name) || !takes(target, name)) return;
     const datasets::Raster raster(dataset.path, kind);
     if (!raster) throw std::runtime_error(dataset.path + ": cannot be read");
     const int32_t rows = rowsOf(raster, dataset, target);
@@ -177,7 +185,7 @@ std::vector<Dataset> membersOf(Target& target, const Dataset& stack) {
 }
 
 void exportAsBands(Target& target, const Dataset& stack, const std::vector<Dataset>& members) {
-    if (!target.wants(nameOf(stack.path))) return;
+    if (!target.wants(nameOf(stack.path)) || !takes(target, nameOf(stack.path))) return;
     if (members.empty()) throw std::runtime_error(stack.path + ": has no grid");
     // One is open at a time: there may be more of them than files that can be.
     std::size_t open = 0;

@@ -3,12 +3,24 @@
 #include <algorithm>
 #include <limits>
 
+#include "app/intake/interrupts.h"
+
 namespace program {
+
+namespace {
+
+void lookAt(int64_t number) {
+    constexpr int64_t kBetweenLooks = 65536;
+    if (number % kBetweenLooks == 0) throwIfInterrupted();
+}
+
+}  // namespace
 
 std::vector<Spot> readNodes(const std::string& path) {
     std::vector<Spot> spots;
     for (const datasets::Node& node : datasets::nodes(path)) {
         if (!node.place) break;
+        lookAt(node.number);
         spots.push_back(
             {node.place->x, node.place->y,
              node.hasHeight() ? double{*node.height} : std::numeric_limits<double>::quiet_NaN()});
@@ -54,6 +66,7 @@ std::vector<std::pair<int32_t, int32_t>> breakLinesOf(const std::string& path) {
     std::vector<Side> marked;
     for (const datasets::Triangle& triangle : datasets::triangles(path)) {
         if (!triangle.nodes || !triangle.edges) break;
+        lookAt(triangle.number);
         for (std::size_t place = 0; place < 3; ++place) {
             if ((*triangle.edges)[place] < 0) marked.push_back(sideOf(*triangle.nodes, place));
         }
@@ -64,6 +77,7 @@ std::vector<std::pair<int32_t, int32_t>> breakLinesOf(const std::string& path) {
     std::vector<uint8_t> meeting(marked.size());  // triangles at each, up to two
     for (const datasets::Triangle& triangle : datasets::triangles(path)) {
         if (!triangle.nodes) break;
+        lookAt(triangle.number);
         for (std::size_t place = 0; place < 3; ++place) {
             const Side side = sideOf(*triangle.nodes, place);
             const auto found = std::lower_bound(marked.begin(), marked.end(), side);

@@ -9,10 +9,11 @@
 
 namespace program {
 
-Target::Target(const ExportOptions& options, formats::Writer& writer, crs::ReferenceSystem system,
-               ExportReport& report, Console& console)
+Target::Target(const ExportOptions& options, formats::Writer& writer, bool takesRasters,
+               crs::ReferenceSystem system, ExportReport& report, Console& console)
     : options_(options),
       writer_(writer),
+      takesRasters_(takesRasters),
       system_(std::move(system)),
       report_(report),
       console_(console),
@@ -114,13 +115,9 @@ void Target::raster(formats::Raster raster, std::string_view type) {
         console_.errors << "\r\033[K" << shown(raster.name) << " row " << row << std::flush;
         progress_ = true;
     };
-    const std::optional<std::string> name = writer_.raster(raster);
+    raster.tell = [&](const std::string& what) { report_.note(raster.name + ": " + what); };
+    tally.name = writer_.raster(raster).value_or(raster.name);
     endProgress();
-    if (!name) {
-        report_.loss(raster.name, "the format has no place for a raster");
-        return;
-    }
-    tally.name = *name;
     report_.layers.push_back(tally);
 }
 

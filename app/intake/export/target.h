@@ -17,12 +17,13 @@ namespace program {
 
 class Target {
   public:
-    Target(const ExportOptions& options, formats::Writer& writer, crs::ReferenceSystem system,
-           ExportReport& report, Console& console);
+    Target(const ExportOptions& options, formats::Writer& writer, bool takesRasters,
+           crs::ReferenceSystem system, ExportReport& report, Console& console);
     Target(const Target&) = delete;
     Target& operator=(const Target&) = delete;
 
     const ExportOptions& options() const { return options_; }
+    bool takesRasters() const { return takesRasters_; }
     ExportReport& report() { return report_; }
     const crs::ReferenceSystem& system() const { return system_; }
     Decoder& decoder() { return decoder_; }
@@ -65,6 +66,7 @@ class Target {
 
     const ExportOptions& options_;
     formats::Writer& writer_;
+    bool takesRasters_;
     crs::ReferenceSystem system_;
     ExportReport& report_;
     Console& console_;

@@ -1,9 +1,11 @@
 // PNG by cairo.
 #include <cairo.h>
 
+#include <cerrno>
 #include <cmath>
 #include <numbers>
 #include <stdexcept>
+#include <system_error>
 
 #include "app/intake/draw/canvas.h"
 #include "app/intake/module.h"
@@ -99,9 +101,10 @@ class PngCanvas : public Canvas {
     }
 
     void finish() override {
+        errno = 0;
         if (cairo_status(context_.get()) != CAIRO_STATUS_SUCCESS ||
             cairo_surface_write_to_png(surface_.get(), path_.c_str()) != CAIRO_STATUS_SUCCESS) {
-            throw std::runtime_error(path_ + ": could not write the picture");
+            throw std::system_error(errno != 0 ? errno : EIO, std::generic_category());
         }
     }
 
