@@ -8,6 +8,7 @@ packages_for() {
         coverage) echo gcovr ;;
         clients) echo python3 sqlite3 libsqlite3-mod-spatialite proj-bin libtiff-tools geotiff-bin python3-tifffile assimp-utils ;;
         python) echo python3 python3-numpy python3-pytest python3-venv mypy ;;
+        wheel) echo python3 ;;
         package) echo debhelper dh-python dpkg-dev fakeroot lintian ;;
         root) echo mmdebstrap ;;
         abi) echo abigail-tools ;;
