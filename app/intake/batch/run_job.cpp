@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <chrono>
@@ -146,11 +147,14 @@ class Run {
     // False where there is nothing to go on with; without a failure it is another one's volume.
     bool import();
     void exportAll();
-    void exportTo(const formats::Format& format, int& unfit);
+    // False where the format cannot hold such a dataset.
+    bool exportTo(const formats::Format& format);
     void keepDataset();
     void drawThumbnail();
+    void putThumbnail();
     void gather(const std::string& made);
     std::string put(const std::string& made, const std::string& ending);
+    void putAll();
     Outcome fail(const char* word, const std::string& text) {
         told_.failure = word;
         if (!text.empty()) told_.tell("error", text);
@@ -163,6 +167,17 @@ class Run {
     Told told_;
     std::string dataset_;
     bool whole_ = true;
+
+    // Made but not yet in its place: where a later one costs the worker its life, none is there.
+    struct Unplaced {
+        std::string path;
+        std::string ending;
+        MadeOutput output;
+        bool toGather;
+    };
+    std::vector<Unplaced> unplaced_;
+    std::string refusal_;  // of a format that cannot hold it
+    std::string picture_;
 };
 
 void Run::measure() {
@@ -230,51 +245,77 @@ bool Run::import() {
     return false;
 }
 
-void Run::exportTo(const formats::Format& format, int& unfit) {
+bool Run::exportTo(const formats::Format& format) {
     const std::string ending(format.endings.substr(0, format.endings.find(' ')));
+    const bool stack = told_.kind == "Stack";
+    const bool rasters = stack || told_.kind == "Grid" || told_.kind == "Lattice";
+    // Of rasters a file holds one, so that those of a stack lie in a folder of that name.
+    const bool folder = format.rasters && format.folders && stack;
     ExportOptions how;
     how.dataset = dataset_;
     how.kind = told_.kind;
     // Some formats keep the name of their file.
-    how.output = rooms_.unplaced + '/' + fs::path(job_.place).filename().string() + ending;
+    how.output = rooms_.unplaced + '/' +
+                 (folder ? "stack" : fs::path(job_.place).filename().string() + ending);
     how.format = format.name;
     how.system = options_.system;
     how.encoding = options_.encoding;
+    how.rastersElsewhere = rasters && std::ranges::any_of(options_.formats, [](const auto& name) {
+                               return formats::formatNamed(name)->rasters;
+                           });
     how.json = true;
     how.quiet = true;
     std::ostringstream output;
     std::ostringstream errors;
     Console console{output, errors};
     try {
-        whole_ &= exportDataset(how, console) == kDone;
+        const bool whole = exportDataset(how, console) == kDone;
         MadeOutput made;
         tellReport(output.str(), told_, made);
-        made.size = bytesOf(how.output);
-        if (options_.gather && format.name == kGatheredFormat) {
-            gather(how.output);
-            made.name = options_.gatheredName();
-        } else {
-            made.name = put(how.output, ending);
+        if (rasters && !format.rasters && made.layers.empty()) {
+            fs::remove_all(how.output);
+            return false;
         }
-        told_.outputs.push_back(std::move(made));
+        whole_ &= whole;
+        made.size = bytesOf(how.output);
+        unplaced_.push_back({how.output, ending, std::move(made),
+                             options_.gather && format.name == kGatheredFormat});
     } catch (const NotForThisKind& error) {
-        ++unfit;
-        if (unfit == static_cast<int>(options_.formats.size())) told_.tell("error", error.what());
+        refusal_ = error.what();
+        return false;
     } catch (const std::runtime_error& error) {
         whole_ = false;
         told_.tell("error", error.what());
     }
     tellLines(errors.str(), told_);
+    return true;
+}
+
+void Run::putAll() {
+    for (Unplaced& each : unplaced_) {
+        try {
+            if (each.toGather) {
+                gather(each.path);
+                each.output.name = options_.gatheredName();
+            } else {
+                each.output.name = put(each.path, each.ending);
+            }
+            told_.outputs.push_back(std::move(each.output));
+        } catch (const std::runtime_error& error) {
+            whole_ = false;
+            told_.tell("error", error.what());
+        }
+    }
 }
 
 void Run::exportAll() {
-    int unfit = 0;
+    bool fits = false;
     for (const std::string& name : options_.formats) {
-        exportTo(*formats::formatNamed(name), unfit);
+        fits |= exportTo(*formats::formatNamed(name));
     }
-    if (!told_.outputs.empty()) return;
-    const bool none = unfit == static_cast<int>(options_.formats.size());
-    told_.failure = none ? "no format holds it" : "no output";
+    putAll();
+    if (!fits && !refusal_.empty()) told_.tell("error", refusal_);
+    if (told_.outputs.empty()) told_.failure = fits ? "no output" : "no format holds it";
 }
 
 void Run::keepDataset() {
@@ -311,7 +352,13 @@ void Run::drawThumbnail() {
                   .colourBy = {},
                   .longerSide = kThumbnailSide});
         });
-        told_.thumbnail = put(picture, ".thumbnail.png");
+        picture_ = picture;
+    } catch (const std::runtime_error&) {}
+}
+
+void Run::putThumbnail() {
+    try {
+        told_.thumbnail = put(picture_, ".thumbnail.png");
     } catch (const std::runtime_error&) {}
 }
 
@@ -335,6 +382,7 @@ Outcome Run::outcome(Reply& reply) {
     } else {
         exportAll();
     }
+    if (!picture_.empty()) putThumbnail();
     if (!told_.failure.empty()) return Outcome::kFailed;
     return whole_ ? Outcome::kWhole : Outcome::kPartial;
 }
