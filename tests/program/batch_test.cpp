@@ -206,8 +206,8 @@ TEST_F(Batch, CostsOnlyTheFileThatHangsCrashesOrEatsMemory) {
     // Its one worker is stopped or killed at the second output of the large one, which comes first.
     for (const auto& [signal, failure] : {std::pair(SIGSTOP, "timeout"), {SIGSEGV, "crash"}}) {
         const std::string out = failure;
-        const pid_t process = begin({"--to", "csv", "--to", "gpkg", "--timeout", "1", "--jobs",
-                                     "1", "--out", out, "in"});
+        const pid_t process = begin(
+            {"--to", "csv", "--to", "gpkg", "--timeout", "1", "--jobs", "1", "--out", out, "in"});
         const pid_t worker = workerOf(process);
         ASSERT_TRUE(isMaking(out, "large.gpkg"));
         ::kill(worker, signal);
@@ -246,10 +246,9 @@ TEST_F(Batch, ASecondSignalEndsItAtOnce) {
 
 TEST_F(Batch, AKindIsWholeWhereOneOfTheFormatsHoldsIt) {
     for (const char* const name : {"jkstk", "ctry", "pfont"}) {
-        put("in/" + std::string(name) + ".e00", fileBytes(sample(name)));
+        put("in/" + std::string(name) + ".e00", fileBytes(sample(std::string(name) + ".e00")));
     }
-    EXPECT_EQ(
-        batch({"--to", ".tif", "--to", "glb", "--to", "gpkg", "--out", "out", "in"}), 1);
+    EXPECT_EQ(batch({"--to", ".tif", "--to", "glb", "--to", "gpkg", "--out", "out", "in"}), 1);
     EXPECT_EQ(outcomes(), (Outcomes{{"in/ctry.e00", "whole: out/ctry.gpkg"},
                                     {"in/jkstk.e00", "whole: out/jkstk.tif out/jkstk.gpkg"},
                                     {"in/pfont.e00", "failed: no format holds it"}}));
