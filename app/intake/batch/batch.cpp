@@ -68,8 +68,10 @@ class UnplacedFolder {
   public:
     UnplacedFolder(const std::string& folder, const std::string& report)
         : path_(folder + '/' + hiddenName(report) + ".part") {
-        fs::remove_all(path_);
-        fs::create_directory(path_);
+        std::error_code error;
+        fs::remove_all(path_, error);
+        if (!error) fs::create_directory(path_, error);
+        if (error) throw std::runtime_error(folder + ": " + std::strerror(error.value()));
     }
     ~UnplacedFolder() {
         std::error_code ignored;
