@@ -77,6 +77,19 @@ class Batch : public SampleTest {
         return 0;
     }
 
+    // Whether a file of such a name grows within some time.
+    bool isMaking(const std::string& out, const std::string& name) const {
+        for (int tries = 0; tries < 6000; ++tries) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+            std::error_code gone;
+            for (fs::recursive_directory_iterator each(path(out), gone), end; !gone && each != end;
+                 each.increment(gone)) {
+                if (each->path().filename().string().find(name) != std::string::npos) return true;
+            }
+        }
+        return false;
+    }
+
     // The lines by path; the last one of each counts.
     std::map<std::string, json> report(const std::string& name = "out/report.jsonl") const {
         std::map<std::string, json> lines;
@@ -190,16 +203,19 @@ TEST_F(Batch, TellsEachInputAndPutsItsOutputWhereItBelongs) {
 TEST_F(Batch, CostsOnlyTheFileThatHangsCrashesOrEatsMemory) {
     put("in/large.e00", coverage(200000, "2"));
     put("in/fine.e00", coverage(1));
-    // Its one worker is stopped or killed at the large one, which comes first.
+    // Its one worker is stopped or killed at the second output of the large one, which comes first.
     for (const auto& [signal, failure] : {std::pair(SIGSTOP, "timeout"), {SIGSEGV, "crash"}}) {
         const std::string out = failure;
-        const pid_t process =
-            begin({"--to", "csv", "--timeout", "1", "--jobs", "1", "--out", out, "in"});
-        ::kill(workerOf(process), signal);
+        const pid_t process = begin(
+            {"--to", "csv", "--to", "gpkg", "--timeout", "1", "--jobs", "1", "--out", out, "in"});
+        const pid_t worker = workerOf(process);
+        ASSERT_TRUE(isMaking(out, "large.gpkg"));
+        ::kill(worker, signal);
         EXPECT_EQ(end(process), 1);
         EXPECT_EQ(outcomes(out + "/report.jsonl"),
                   (Outcomes{{"in/large.e00", "failed: " + out},
-                            {"in/fine.e00", "whole: " + out + "/fine.csv"}}));
+                            {"in/fine.e00", "whole: " + out + "/fine.csv " + out + "/fine.gpkg"}}));
+        EXPECT_FALSE(fs::exists(path(out + "/large.csv")));
         const json large = report(out + "/report.jsonl")["in/large.e00"];
         EXPECT_EQ(large["size"], fs::file_size(path("in/large.e00")));
         EXPECT_EQ(large["sha256"].get<std::string>().size(), 64U);
@@ -210,6 +226,34 @@ TEST_F(Batch, CostsOnlyTheFileThatHangsCrashesOrEatsMemory) {
     EXPECT_EQ(outcomes("small/report.jsonl"), (Outcomes{{"in/large.e00", "failed: memory"},
                                                         {"in/fine.e00", "whole: small/fine.csv"}}));
 #endif
+}
+
+TEST_F(Batch, ASecondSignalEndsItAtOnce) {
+    put("in/large.e00", coverage(200000, "2"));
+    const pid_t process = begin({"--to", "csv", "--jobs", "1", "--out", "out", "in"});
+    ::kill(workerOf(process), SIGSTOP);  // it would never be done
+    ::kill(process, SIGINT);
+    for (int tries = 0; fileBytes(path("told")).find("once more") == std::string::npos; ++tries) {
+        ASSERT_LT(tries, 1000);
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    EXPECT_EQ(::waitpid(process, nullptr, WNOHANG), 0);
+    ::kill(process, SIGINT);
+    EXPECT_EQ(end(process), 130);
+    EXPECT_EQ(files(".").size(), 2U);  // the input, and what was told
+    EXPECT_TRUE(fs::is_empty(temporary()));
+}
+
+TEST_F(Batch, AKindIsWholeWhereOneOfTheFormatsHoldsIt) {
+    for (const char* const name : {"jkstk", "ctry", "pfont"}) {
+        put("in/" + std::string(name) + ".e00", fileBytes(sample(std::string(name) + ".e00")));
+    }
+    EXPECT_EQ(batch({"--to", ".tif", "--to", "glb", "--to", "gpkg", "--out", "out", "in"}), 1);
+    EXPECT_EQ(outcomes(), (Outcomes{{"in/ctry.e00", "whole: out/ctry.gpkg"},
+                                    {"in/jkstk.e00", "whole: out/jkstk.tif out/jkstk.gpkg"},
+                                    {"in/pfont.e00", "failed: no format holds it"}}));
+    EXPECT_TRUE(fs::exists(path("out/jkstk.tif/JKA.tif")));
+    EXPECT_EQ(batch({"--to", "gpkg", "--out", "less", "in/jkstk.e00"}), 3);
 }
 
 TEST_F(Batch, GoesOnWithAReport) {

@@ -2,10 +2,14 @@
 
 #include <poll.h>
 #include <sched.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
@@ -64,8 +68,10 @@ class UnplacedFolder {
   public:
     UnplacedFolder(const std::string& folder, const std::string& report)
         : path_(folder + '/' + hiddenName(report) + ".part") {
-        fs::remove_all(path_);
-        fs::create_directory(path_);
+        std::error_code error;
+        fs::remove_all(path_, error);
+        if (!error) fs::create_directory(path_, error);
+        if (error) throw std::runtime_error(folder + ": " + std::strerror(error.value()));
     }
     ~UnplacedFolder() {
         std::error_code ignored;
@@ -105,7 +111,13 @@ class Batch {
     void take(const Job& job, Reply& reply);
     void takeMembers(const Job& archive, const std::vector<std::string>& names);
     void wait();
+    void noteSignals();
     void writeLines(bool all);
+    bool working() const {
+        return finding() || (!pending_.empty() && stoppedBy_ == 0) || crew_.busy();
+    }
+    // False where it failed, which is told.
+    bool mergeGathered();
 
     BatchOptions options_;
     Meter meter_;
@@ -221,23 +233,21 @@ void Batch::take(const Job& job, Reply& reply) {
     std::move(reply.names.begin(), reply.names.end(), std::back_inserter(outputs_));
 }
 
-// A line is written when its outputs are on the disk.
+// A line is written when its outputs are on the disk. Until then the syncer is busy.
 void Batch::writeLines(bool all) {
-    do {
-        if (syncer_.busy()) {
-            pollfd ready{syncer_.descriptor(), POLLIN, 0};
-            if (!all && ::poll(&ready, 1, 0) == 0) return;
-            syncer_.done();
-            journal_.append(linesBeingSynced_);
-            linesBeingSynced_.clear();
-        }
-        const bool due = all || Clock::now() - lastLines_ >= kBetweenLines;
-        if (lines_.empty() || !due) return;
-        lastLines_ = Clock::now();
-        linesBeingSynced_.swap(lines_);
-        syncer_.begin(outputs_);
-        outputs_.clear();
-    } while (all);
+    if (syncer_.busy()) {
+        pollfd ready{syncer_.descriptor(), POLLIN, 0};
+        if (::poll(&ready, 1, 0) == 0) return;
+        syncer_.done();
+        journal_.append(linesBeingSynced_);
+        linesBeingSynced_.clear();
+    }
+    const bool due = all || Clock::now() - lastLines_ >= kBetweenLines;
+    if (lines_.empty() || !due) return;
+    lastLines_ = Clock::now();
+    linesBeingSynced_.swap(lines_);
+    syncer_.begin(outputs_);
+    outputs_.clear();
 }
 
 void Batch::wait() {
@@ -253,6 +263,10 @@ void Batch::wait() {
     ::poll(watched.data(), watched.size(), more ? 0 : kTick);
     crew_.listen(watched.data() + crewAt);
     crew_.watch();
+    noteSignals();
+}
+
+void Batch::noteSignals() {
     while (const int signal = signals_.take()) {
         if (stoppedBy_ != 0) {
             atOnce_ = true;
@@ -263,21 +277,51 @@ void Batch::wait() {
     }
 }
 
+// In a process of its own, which can be stopped whenever a signal comes: what the workers gathered
+// stays as it is until all of it is in the new file.
+bool Batch::mergeGathered() {
+    crew_.dismiss();
+    const pid_t parent = ::getpid();
+    const pid_t process = ::fork();
+    if (process < 0) throw std::runtime_error("could not begin another process");
+    if (process == 0) {
+        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+        if (::getppid() != parent) ::_exit(kEnded);
+        try {
+            gathered_.merge(unplaced_.path());
+        } catch (const std::exception& error) {
+            meter_.say(error.what());
+            ::_exit(kEnded);
+        }
+        ::_exit(kDone);
+    }
+    constexpr int kTick = 20;
+    int status = 0;
+    while (::waitpid(process, &status, WNOHANG) == 0) {
+        pollfd signals{signals_.descriptor(), POLLIN, 0};
+        ::poll(&signals, 1, kTick);
+        noteSignals();
+        if (stoppedBy_ == 0) continue;
+        ::kill(process, SIGKILL);
+        ::waitpid(process, &status, 0);
+        return true;
+    }
+    if (WIFSIGNALED(status)) meter_.say("what was gathered could not be put together");
+    return status == 0;
+}
+
 int Batch::run() {
-    while (finding() || (!pending_.empty() && stoppedBy_ == 0) || crew_.busy()) {
+    while (working() || syncer_.busy() || !lines_.empty()) {
         find();
         handOut();
+        writeLines(!working());
+        if (!working() && !syncer_.busy()) break;
         wait();
         if (atOnce_) return Interrupted(stoppedBy_).exitStatus();
-        writeLines(false);
         meter_.show();
     }
-    writeLines(true);
     journal_.sync();
-    if (stoppedBy_ == 0 && options_.gather) {
-        crew_.dismiss();
-        gathered_.merge(unplaced_.path());
-    }
+    if (stoppedBy_ == 0 && options_.gather && !mergeGathered()) return kEnded;
     meter_.end(options_.report);
     if (inputs_.otherNames() != 0) {
         meter_.say(std::to_string(inputs_.otherNames()) +

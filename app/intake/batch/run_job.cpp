@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <chrono>
@@ -20,13 +21,12 @@
 #include "app/intake/batch/peak_memory.h"
 #include "app/intake/batch/report_line.h"
 #include "app/intake/batch/sha256.h"
+#include "app/intake/batch/tellings.h"
 #include "app/intake/commands/reading.h"
 #include "app/intake/draw/draw.h"
-#include "app/intake/dump/dump.h"
 #include "app/intake/export/convert.h"
 #include "app/intake/looks_like.h"
 #include "app/intake/module.h"
-#include "app/intake/show/show.h"
 #include "app/intake/source.h"
 #include "formats/formats.h"
 #include "formats/gatherer.h"
@@ -65,63 +65,6 @@ std::string datasetNameOf(const std::string& path) {
     return name.size() > kLongest ? "dataset" : name;
 }
 
-// What an export printed as an object.
-void tellReport(const std::string& text, Told& told, MadeOutput& output) {
-    const auto report = nlohmann::json::parse(text, nullptr, false);
-    if (!report.is_object()) return;
-    const nlohmann::json layers = report.value("layers", nlohmann::json::array());
-    for (const auto& layer : layers) {
-        output.layers.emplace_back(layer.value("name", ""), layer.value("features", int64_t{0}));
-    }
-    const nlohmann::json losses = report.value("losses", nlohmann::json::array());
-    for (const auto& loss : losses) {
-        std::string words = loss.value("layer", "");
-        if (!words.empty()) words += ": ";
-        words += loss.value("reason", "");
-        const int64_t count = loss.value("count", int64_t{1});
-        if (count > 1) words += ", " + std::to_string(count) + " times";
-        told.tell("warn", words);
-    }
-}
-
-// Lines that were printed for people, each led by its level.
-void tellLines(const std::string& text, Told& told) {
-    std::istringstream lines(text);
-    for (std::string line; std::getline(lines, line);) {
-        const std::size_t colon = line.find(": ");
-        const std::string level = line.substr(0, colon);
-        if (colon == std::string::npos || level == "note" || level == "inform") continue;
-        told.tell(level == "warning" ? "warn" : "error", line.substr(colon + 2));
-    }
-}
-
-// The features and tables of a dataset, off the heads of its files.
-void countFeatures(const std::string& dataset, const std::string& kind, MadeOutput& output) {
-    std::ostringstream text;
-    Console silent{text, text};
-    const Listening listening(silent);
-    try {
-        std::ostringstream heads;
-        dump(dataset, {headClasses(), kind}, heads);
-        Description description;
-        std::istringstream lines(heads.str());
-        for (std::string line; std::getline(lines, line);) {
-            describeHead(nlohmann::json::parse(line), description);
-        }
-        const Description features = description.value("features", Description::object());
-        for (const auto& [name, count] : features.items()) {
-            output.layers.emplace_back(name, count.get<int64_t>());
-        }
-        const Description tables = description.value("tables", Description::array());
-        for (const Description& table : tables) {
-            output.layers.emplace_back(table.value("name", ""),
-                                       table.value("recordCount", int64_t{0}));
-        }
-    } catch (const std::exception&) {
-        // It counts as made all the same; whoever reads it is told.
-    }
-}
-
 // Whether a file has a header line of its own.
 bool beginsFile(const std::string& path) {
     std::string start(80, '\0');
@@ -146,11 +89,14 @@ class Run {
     // False where there is nothing to go on with; without a failure it is another one's volume.
     bool import();
     void exportAll();
-    void exportTo(const formats::Format& format, int& unfit);
+    // False where the format cannot hold such a dataset.
+    bool exportTo(const formats::Format& format);
     void keepDataset();
     void drawThumbnail();
+    void putThumbnail();
     void gather(const std::string& made);
     std::string put(const std::string& made, const std::string& ending);
+    void putAll();
     Outcome fail(const char* word, const std::string& text) {
         told_.failure = word;
         if (!text.empty()) told_.tell("error", text);
@@ -163,6 +109,17 @@ class Run {
     Told told_;
     std::string dataset_;
     bool whole_ = true;
+
+    // Made but not yet in its place: where a later one costs the worker its life, none is there.
+    struct Unplaced {
+        std::string path;
+        std::string ending;
+        MadeOutput output;
+        bool toGather;
+    };
+    std::vector<Unplaced> unplaced_;
+    std::string refusal_;  // of a format that cannot hold it
+    std::string picture_;
 };
 
 void Run::measure() {
@@ -230,51 +187,77 @@ bool Run::import() {
     return false;
 }
 
-void Run::exportTo(const formats::Format& format, int& unfit) {
+bool Run::exportTo(const formats::Format& format) {
     const std::string ending(format.endings.substr(0, format.endings.find(' ')));
+    const bool stack = told_.kind == "Stack";
+    const bool rasters = stack || told_.kind == "Grid" || told_.kind == "Lattice";
+    // Of rasters a file holds one, so that those of a stack lie in a folder of that name.
+    const bool folder = format.rasters && format.folders && stack;
     ExportOptions how;
     how.dataset = dataset_;
     how.kind = told_.kind;
     // Some formats keep the name of their file.
-    how.output = rooms_.unplaced + '/' + fs::path(job_.place).filename().string() + ending;
+    how.output = rooms_.unplaced + '/' +
+                 (folder ? "stack" : fs::path(job_.place).filename().string() + ending);
     how.format = format.name;
     how.system = options_.system;
     how.encoding = options_.encoding;
+    how.rastersElsewhere = rasters && std::ranges::any_of(options_.formats, [](const auto& name) {
+                               return formats::formatNamed(name)->rasters;
+                           });
     how.json = true;
     how.quiet = true;
     std::ostringstream output;
     std::ostringstream errors;
     Console console{output, errors};
     try {
-        whole_ &= exportDataset(how, console) == kDone;
+        const bool whole = exportDataset(how, console) == kDone;
         MadeOutput made;
         tellReport(output.str(), told_, made);
-        made.size = bytesOf(how.output);
-        if (options_.gather && format.name == kGatheredFormat) {
-            gather(how.output);
-            made.name = options_.gatheredName();
-        } else {
-            made.name = put(how.output, ending);
+        if (rasters && !format.rasters && made.layers.empty()) {
+            fs::remove_all(how.output);
+            return false;
         }
-        told_.outputs.push_back(std::move(made));
+        whole_ &= whole;
+        made.size = bytesOf(how.output);
+        unplaced_.push_back({how.output, ending, std::move(made),
+                             options_.gather && format.name == kGatheredFormat});
     } catch (const NotForThisKind& error) {
-        ++unfit;
-        if (unfit == static_cast<int>(options_.formats.size())) told_.tell("error", error.what());
+        refusal_ = error.what();
+        return false;
     } catch (const std::runtime_error& error) {
         whole_ = false;
         told_.tell("error", error.what());
     }
     tellLines(errors.str(), told_);
+    return true;
+}
+
+void Run::putAll() {
+    for (Unplaced& each : unplaced_) {
+        try {
+            if (each.toGather) {
+                gather(each.path);
+                each.output.name = options_.gatheredName();
+            } else {
+                each.output.name = put(each.path, each.ending);
+            }
+            told_.outputs.push_back(std::move(each.output));
+        } catch (const std::runtime_error& error) {
+            whole_ = false;
+            told_.tell("error", error.what());
+        }
+    }
 }
 
 void Run::exportAll() {
-    int unfit = 0;
+    bool fits = false;
     for (const std::string& name : options_.formats) {
-        exportTo(*formats::formatNamed(name), unfit);
+        fits |= exportTo(*formats::formatNamed(name));
     }
-    if (!told_.outputs.empty()) return;
-    const bool none = unfit == static_cast<int>(options_.formats.size());
-    told_.failure = none ? "no format holds it" : "no output";
+    putAll();
+    if (!fits && !refusal_.empty()) told_.tell("error", refusal_);
+    if (told_.outputs.empty()) told_.failure = fits ? "no output" : "no format holds it";
 }
 
 void Run::keepDataset() {
@@ -311,7 +294,13 @@ void Run::drawThumbnail() {
                   .colourBy = {},
                   .longerSide = kThumbnailSide});
         });
-        told_.thumbnail = put(picture, ".thumbnail.png");
+        picture_ = picture;
+    } catch (const std::runtime_error&) {}
+}
+
+void Run::putThumbnail() {
+    try {
+        told_.thumbnail = put(picture_, ".thumbnail.png");
     } catch (const std::runtime_error&) {}
 }
 
@@ -335,6 +324,7 @@ Outcome Run::outcome(Reply& reply) {
     } else {
         exportAll();
     }
+    if (!picture_.empty()) putThumbnail();
     if (!told_.failure.empty()) return Outcome::kFailed;
     return whole_ ? Outcome::kWhole : Outcome::kPartial;
 }

@@ -35,6 +35,7 @@ struct ExportOptions {
     std::string compression = "deflate";    // of rasters
     std::optional<bool> cloud;              // GeoTIFF with overviews; empty: of large rasters
     bool bands = false;                     // a stack as one raster
+    bool rastersElsewhere = false;          // what has no place for one loses nothing by it
     bool json = false;                      // the report as one object
     bool quiet = false;                     // errors only
 };

@@ -122,7 +122,7 @@ std::optional<std::array<double, 2>> rangeOf(const datasets::Raster& raster, boo
 
 // Otherwise nothing of it is read.
 bool takes(Target& target, const std::string& name) {
-    if (!target.takesRasters()) {
+    if (!target.takesRasters() && !target.options().rastersElsewhere) {
         target.report().loss(name, "the format has no place for a raster");
     }
     return target.takesRasters();
