@@ -90,13 +90,13 @@ class CoverageArcs : public topology::ArcSource {
         lists.finish();
     }
 
-    bool vertices(int32_t number, std::vector<topology::Point>& vertices) override {
+    bool vertices(int32_t number, std::span<const double>& pairs) override {
         int32_t status = 0, read = 0;
         call(arcpos_, handle_, number, status);
         if (status != 0) return false;
         QxArc arc{};
         if (this->read(read, arc) != 0) return false;
-        vertices.insert(vertices.end(), room_.begin(), room_.begin() + arc.vertexCount);
+        pairs = std::span(&room_.front().x, static_cast<std::size_t>(arc.vertexCount) * 2);
         return true;
     }
 

@@ -12,10 +12,10 @@ class Arcs : public topology::ArcSource {
   public:
     std::vector<std::vector<topology::Point>> arcs;
     std::size_t given = 0;
-    bool vertices(int32_t number, std::vector<topology::Point>& vertices) override {
+    bool vertices(int32_t number, std::span<const double>& pairs) override {
         if (number < 1 || static_cast<std::size_t>(number) > arcs.size()) return false;
         const auto& arc = arcs[static_cast<std::size_t>(number) - 1];
-        vertices.insert(vertices.end(), arc.begin(), arc.end());
+        pairs = topology::pairsOf(arc);
         given += arc.size();
         return true;
     }

@@ -10,20 +10,17 @@ namespace {
 // Beyond it an area is no finite number any more; no map is that large.
 constexpr double kGreatest = 1e100;
 
-// How many vertices are kept for lists that follow: a megabyte of them.
-constexpr std::size_t kKept = 64 * 1024;
+// How many vertices are kept for lists that follow: four megabytes of them.
+constexpr std::size_t kKept = 256 * 1024;
 
 // Without their signs, reals that are no number or too great are greater as integers, too; what is
 // left of the limit is then below zero.
-bool usable(std::span<const Point> points) {
-    if (points.size() < 2) return false;
+bool usable(std::span<const double> pairs) {
+    if (pairs.size() < 4) return false;
     constexpr auto kLimit = std::bit_cast<uint64_t>(kGreatest);
     constexpr uint64_t kSign = uint64_t{1} << 63;
     uint64_t bad = 0;
-    for (const Point& point : points) {
-        bad |= kLimit - (std::bit_cast<uint64_t>(point.x) & ~kSign);
-        bad |= kLimit - (std::bit_cast<uint64_t>(point.y) & ~kSign);
-    }
+    for (const double real : pairs) bad |= kLimit - (std::bit_cast<uint64_t>(real) & ~kSign);
     return (bad & kSign) == 0;
 }
 
@@ -87,17 +84,18 @@ void readEdges(std::span<const int32_t> list, ArcSource& arcs, Edges& edges, Sha
             edges.edges.push_back({number, arc < 0, known->begin, known->end});
             continue;
         }
-        const std::size_t begin = edges.pool.size();
-        if (number < 0 || !arcs.vertices(number, edges.pool)) {
-            edges.pool.resize(begin);
+        std::span<const double> pairs;
+        if (number < 0 || !arcs.vertices(number, pairs)) {
             shape.problems.push_back({Reason::MissingArc, number, 0, 0});
             continue;
         }
-        if (!usable(std::span(edges.pool).subspan(begin))) {
-            edges.pool.resize(begin);
+        if (!usable(pairs)) {
             shape.problems.push_back({Reason::BadCoordinates, number, 0, 0});
             continue;
         }
+        const std::span<const Point> vertices = pointsOf(pairs);
+        const std::size_t begin = edges.pool.size();
+        edges.pool.insert(edges.pool.end(), vertices.begin(), vertices.end());
         const std::size_t end = edges.pool.size();
         if (end <= kKept) {
             edges.recent.keep({number, static_cast<uint32_t>(begin), static_cast<uint32_t>(end)});

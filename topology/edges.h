@@ -42,7 +42,7 @@ class RecentArcs {
     }
 
   private:
-    static constexpr std::size_t kPlaces = 8192;
+    static constexpr std::size_t kPlaces = 16384;
     static std::size_t slot(int32_t arc) { return static_cast<std::size_t>(arc) % kPlaces; }
 
     std::vector<Place> places_;

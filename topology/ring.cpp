@@ -20,7 +20,7 @@ Box boxOf(std::span<const Point> points) {
 double areaOf(std::span<const Point> ring) {
     const Point origin = ring.front();
     // Sums in turn, as each addition has to wait for the one before it.
-    double area = 0, other = 0;
+    double sums[4] = {};
     Point last;
     const auto triangle = [&](const Point& point) {
         const Point next{point.x - origin.x, point.y - origin.y};
@@ -29,12 +29,14 @@ double areaOf(std::span<const Point> ring) {
         return twice;
     };
     std::size_t index = 1;
-    for (; index + 1 < ring.size(); index += 2) {
-        area += triangle(ring[index]);
-        other += triangle(ring[index + 1]);
+    for (; index + 3 < ring.size(); index += 4) {
+        sums[0] += triangle(ring[index]);
+        sums[1] += triangle(ring[index + 1]);
+        sums[2] += triangle(ring[index + 2]);
+        sums[3] += triangle(ring[index + 3]);
     }
-    if (index < ring.size()) area += triangle(ring[index]);
-    return (area + other) / 2;
+    for (; index < ring.size(); ++index) sums[index % 4] += triangle(ring[index]);
+    return ((sums[0] + sums[1]) + (sums[2] + sums[3])) / 2;
 }
 
 }  // namespace topology

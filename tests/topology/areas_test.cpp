@@ -18,10 +18,10 @@ namespace {
 class Arcs : public ArcSource {
   public:
     std::map<int32_t, std::vector<Point>> arcs;
-    bool vertices(int32_t number, std::vector<Point>& vertices) override {
+    bool vertices(int32_t number, std::span<const double>& pairs) override {
         const auto found = arcs.find(number);
         if (found == arcs.end()) return false;
-        vertices.insert(vertices.end(), found->second.begin(), found->second.end());
+        pairs = pairsOf(found->second);
         return true;
     }
 };

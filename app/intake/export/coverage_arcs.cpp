@@ -20,16 +20,10 @@ CoverageArcs::CoverageArcs(const std::string& coverage) : arcs_(datasets::arcs(c
                      [](const auto& one, const auto& other) { return one.first < other.first; });
 }
 
-bool CoverageArcs::vertices(int32_t number, std::vector<topology::Point>& vertices) {
+bool CoverageArcs::vertices(int32_t number, std::span<const double>& pairs) {
     const datasets::Arc* arc = arcs_.at(recordOf(number));
     if (!arc) return false;
-    const std::size_t before = vertices.size();
-    vertices.resize(before + arc->vertices.size());
-    std::transform(arc->vertices.begin(), arc->vertices.end(),
-                   vertices.begin() + static_cast<std::ptrdiff_t>(before),
-                   [](const datasets::Point& each) {
-                       return topology::Point{each.x, each.y};
-                   });
+    pairs = datasets::coordinates(arc->vertices);
     return true;
 }
 

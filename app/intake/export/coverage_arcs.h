@@ -2,6 +2,7 @@
 #ifndef APP_INTAKE_EXPORT_COVERAGE_ARCS_H
 #define APP_INTAKE_EXPORT_COVERAGE_ARCS_H
 
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -15,7 +16,7 @@ namespace program {
 class CoverageArcs : public topology::ArcSource {
   public:
     explicit CoverageArcs(const std::string& coverage);
-    bool vertices(int32_t number, std::vector<topology::Point>& vertices) override;
+    bool vertices(int32_t number, std::span<const double>& pairs) override;
     // Of all arcs.
     int64_t vertexCount() const { return vertexCount_; }
 
