@@ -46,8 +46,8 @@ void readNext(bool atOnce, Values&... values) {
 }
 
 // What the lines up to the end of the first volume give, or up to some failures, each of which
-// takes as long as many lines.
-constexpr int kMostFailures = 4;
+// takes as long as many lines: so most inputs end at the first, as an import does.
+int mostFailures(std::string_view text) { return text.size() % 8 == 1 ? 4 : 1; }
 std::vector<Outcome> outcomes(std::string_view text, bool atOnce) {
     fuzz::openVolumes(text);
     std::vector<Outcome> all;
@@ -71,7 +71,7 @@ std::vector<Outcome> outcomes(std::string_view text, bool atOnce) {
             // number, as the values are anything.
             i = {};
             r = {};
-            if (++failures == kMostFailures) break;
+            if (++failures == mostFailures(text)) break;
         }
         line = reader.lineNumber;
         logical = reader.logicalLines;
@@ -82,18 +82,18 @@ std::vector<Outcome> outcomes(std::string_view text, bool atOnce) {
 
 }  // namespace
 
+// One of the two, by the size of an input.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     const std::string_view text(reinterpret_cast<const char*>(data), size);
     try {
-        fuzz::openVolumes(text);
-        readLines(text);
+        if (size % 2 == 0) {
+            fuzz::openVolumes(text);
+            readLines(text);
+        } else {
+            fuzz::require(outcomes(text, true) == outcomes(text, false), "what a format reads");
+        }
     } catch (...) {
-        // The end of the last volume, as any other failure, ends the import.
-    }
-    try {
-        fuzz::require(outcomes(text, true) == outcomes(text, false), "what a format reads");
-    } catch (...) {
-        // No version.
+        // No version, or the end of the last volume, which as any other failure ends the import.
     }
     return 0;
 }

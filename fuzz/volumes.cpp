@@ -10,6 +10,9 @@
 
 namespace {
 
+// What a failure throws.
+struct Ended {};
+
 // The volumes, of which the channel reads one. All of that is in the window.
 struct Memory {
     std::array<std::string_view, fuzz::kMostVolumes> volumes;
@@ -28,8 +31,13 @@ int volumeOf(std::string_view name) { return qx::trimText(name).back() - '0'; }
 }  // namespace
 
 // The channel operations that the reader uses, in front of those of the companion: a folder of
-// files for each input would take a hundred times as long as the reader does.
+// files for each input would take a hundred times as long as the reader does. The words of a
+// failure would take half of the rest.
 extern "C" {
+
+void meschr_(const char*, const int32_t*, int32_t) {}
+
+void fatal_(const char*, const int32_t*, int32_t) { throw Ended{}; }
 
 void aopen_(int32_t* channel, const char* name, int32_t* status, int32_t nameLength) {
     memory.current = volumeOf({name, static_cast<std::size_t>(nameLength)});
