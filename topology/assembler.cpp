@@ -14,7 +14,7 @@ struct Assembler::Work {
     explicit Work(ArcSource& source) : arcs(source) {}
 
     void makeRings();
-    void appendTurned(std::span<const uint32_t> walk);
+    double appendTurned(std::span<const uint32_t> walk);
     void keepRing(Reason reason, std::span<const Point> ring);
     void setRoles(bool mayBeTurned);
     void give();
@@ -30,16 +30,30 @@ struct Assembler::Work {
     // Vertices of the rings, from each walk's end to its start: then an outer ring, with the area
     // to the right of its arcs, goes counter-clockwise.
     std::vector<Point> pool;
+    std::vector<Point> joints;  // of one ring
     std::vector<Ring> rings;
     std::vector<uint32_t> outerOf;  // by ring: its outer ring, itself, or none if it is left out
     bool outerIsPositive = true;
     Shape shape;
 };
 
-void Assembler::Work::appendTurned(std::span<const uint32_t> walk) {
+// Gives the area of the ring: of what lies between its joints, and between each arc and the
+// straight way from joint to joint.
+double Assembler::Work::appendTurned(std::span<const uint32_t> walk) {
+    Runs& runs = crossing.runs;
+    const std::size_t begin = pool.size();
+    double area = 0;
+    runs.startLine();
+    joints.clear();
     for (std::size_t at = walk.size(); at-- > 0;) {
-        edges.appendTurned(edges.edges[walk[at]], at + 1 == walk.size(), pool);
+        const Edge& edge = edges.edges[walk[at]];
+        edges.appendTurned(edge, at + 1 == walk.size(), pool);
+        runs.addPart(edges.runsOf(edge), !edge.backwards);
+        joints.push_back(pool.back());
+        area += edge.backwards ? edge.area : -edge.area;
     }
+    runs.finishLine(std::span(pool).subspan(begin));
+    return area + areaOf(joints);
 }
 
 // As a line in the direction of its arcs.
@@ -55,11 +69,10 @@ void Assembler::Work::makeRings() {
     std::size_t first = 0;
     for (const std::size_t end : walks.ends) {
         const std::size_t begin = pool.size();
-        appendTurned(std::span(walks.edges).subspan(first, end - first));
+        const double area = appendTurned(std::span(walks.edges).subspan(first, end - first));
         first = end;
         const std::span<const Point> points = std::span(pool).subspan(begin);
-        const double area = areaOf(points);
-        if (area == 0 || crossing.crossesItself(points)) {
+        if (area == 0 || crossing.linesCross()) {
             keepRing(area == 0 ? Reason::NoArea : Reason::CrossesItself, points);
             pool.resize(begin);
             continue;

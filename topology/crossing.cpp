@@ -22,10 +22,10 @@ bool cross(const Point& a, const Point& b, const Point& c, const Point& d) {
 }  // namespace
 
 bool CrossingSearch::fewCross() const {
-    const std::size_t runs = runs_.size(0);
-    for (std::size_t first = 0; first < runs; ++first) {
-        for (std::size_t second = first + 1; second < runs; ++second) {
-            if (runs_.box(0, first).meets(runs_.box(0, second)) && between(first, second)) {
+    const std::size_t count = runs.size(0);
+    for (std::size_t first = 0; first < count; ++first) {
+        for (std::size_t second = first + 1; second < count; ++second) {
+            if (runs.box(0, first).meets(runs.box(0, second)) && between(first, second)) {
                 return true;
             }
         }
@@ -34,13 +34,11 @@ bool CrossingSearch::fewCross() const {
 }
 
 // Two parts of the line are compared where their boxes meet, first whole, then their halves.
-bool CrossingSearch::crossesItself(std::span<const Point> line) {
-    if (line.size() <= 4) return false;
+bool CrossingSearch::linesCross() {
     constexpr std::size_t kFew = 8;
-    runs_.over(line);
-    if (runs_.size(0) <= kFew) return fewCross();
-    open_.assign(1, {runs_.levels() - 1, 0, 0});
-    for (std::size_t patience = 1000 + 64 * line.size(); !open_.empty() && patience > 0;
+    if (runs.size(0) <= kFew) return fewCross();
+    open_.assign(1, {runs.levels() - 1, 0, 0});
+    for (std::size_t patience = 1000 + 64 * runs.vertexCount(); !open_.empty() && patience > 0;
          --patience) {
         const auto [level, first, second] = open_.back();
         open_.pop_back();
@@ -48,11 +46,11 @@ bool CrossingSearch::crossesItself(std::span<const Point> line) {
             if (first != second && between(first, second)) return true;
             continue;
         }
-        const std::size_t below = level - 1, size = runs_.size(below);
+        const std::size_t below = level - 1, size = runs.size(below);
         for (std::size_t a = 2 * first; a <= 2 * first + 1 && a < size; ++a) {
             const std::size_t from = first == second ? a : 2 * second;
             for (std::size_t b = from; b <= 2 * second + 1 && b < size; ++b) {
-                if (a == b || runs_.box(below, a).meets(runs_.box(below, b))) {
+                if (a == b || runs.box(below, a).meets(runs.box(below, b))) {
                     open_.push_back({below, a, b});
                 }
             }
@@ -63,8 +61,8 @@ bool CrossingSearch::crossesItself(std::span<const Point> line) {
 
 // Edges that share a vertex do not cross, so neighbours need no care.
 bool CrossingSearch::between(std::size_t first, std::size_t second) const {
-    const std::span<const Point> line = runs_.near(first, runs_.box(0, second));
-    const std::span<const Point> others = runs_.near(second, runs_.box(0, first));
+    const std::span<const Point> line = runs.near(first, runs.box(0, second));
+    const std::span<const Point> others = runs.near(second, runs.box(0, first));
     for (std::size_t edge = 1; edge < line.size(); ++edge) {
         const Box box = boxOf(line[edge - 1], line[edge]);
         for (std::size_t other = 1; other < others.size(); ++other) {

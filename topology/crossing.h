@@ -14,7 +14,14 @@ class CrossingSearch {
     // Looks for two edges that cross; edges that only touch do not. Lines as maps have them are
     // looked through wholly, in a time that goes with their length. One that folds over itself so
     // often that this would take much longer counts as not crossing.
-    bool crossesItself(std::span<const Point> line);
+    bool crossesItself(std::span<const Point> line) {
+        runs.over(line);
+        return linesCross();
+    }
+    // The same of the line that its runs are of.
+    bool linesCross();
+
+    Runs runs;
 
   private:
     struct Pair {
@@ -23,7 +30,6 @@ class CrossingSearch {
     bool fewCross() const;
     bool between(std::size_t first, std::size_t second) const;
 
-    Runs runs_;
     std::vector<Pair> open_;  // what is still to be compared
 };
 

@@ -63,6 +63,7 @@ void readEdges(std::span<const int32_t> list, ArcSource& arcs, Edges& edges, Sha
     edges.edges.clear();
     if (edges.pool.size() > kKept) {
         edges.pool.clear();
+        edges.runs.clear();
         edges.recent.clear();
     }
     std::vector<int32_t>& sorted = edges.list;
@@ -79,9 +80,9 @@ void readEdges(std::span<const int32_t> list, ArcSource& arcs, Edges& edges, Sha
 
         const auto number = static_cast<int32_t>(magnitude(arc));
         const bool repeated = index - first > 1;
-        if (const RecentArcs::Place* known = edges.recent.find(number)) {
+        if (const Place* known = edges.recent.find(number)) {
             if (repeated) shape.problems.push_back({Reason::RepeatedArc, number, 0, 0});
-            edges.edges.push_back({number, arc < 0, known->begin, known->end});
+            edges.edges.push_back({*known, number, arc < 0});
             continue;
         }
         std::span<const double> pairs;
@@ -94,14 +95,14 @@ void readEdges(std::span<const int32_t> list, ArcSource& arcs, Edges& edges, Sha
             continue;
         }
         const std::span<const Point> vertices = pointsOf(pairs);
-        const std::size_t begin = edges.pool.size();
+        Place place{edges.pool.size(), 0, edges.runs.size(), 0, areaOf(vertices)};
         edges.pool.insert(edges.pool.end(), vertices.begin(), vertices.end());
-        const std::size_t end = edges.pool.size();
-        if (end <= kKept) {
-            edges.recent.keep({number, static_cast<uint32_t>(begin), static_cast<uint32_t>(end)});
-        }
+        cutIntoRuns(vertices, edges.runs);
+        place.end = edges.pool.size();
+        place.endOfRuns = edges.runs.size();
+        if (place.end <= kKept) edges.recent.keep(number, place);
         if (repeated) shape.problems.push_back({Reason::RepeatedArc, number, 0, 0});
-        edges.edges.push_back({number, arc < 0, begin, end});
+        edges.edges.push_back({place, number, arc < 0});
     }
 }
 

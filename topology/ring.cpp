@@ -17,8 +17,8 @@ Box boxOf(std::span<const Point> points) {
     return joined(box, other);
 }
 
-double areaOf(std::span<const Point> ring) {
-    const Point origin = ring.front();
+double areaOf(std::span<const Point> line) {
+    const Point origin = line.front();
     // Sums in turn, as each addition has to wait for the one before it.
     double sums[4] = {};
     Point last;
@@ -29,13 +29,13 @@ double areaOf(std::span<const Point> ring) {
         return twice;
     };
     std::size_t index = 1;
-    for (; index + 3 < ring.size(); index += 4) {
-        sums[0] += triangle(ring[index]);
-        sums[1] += triangle(ring[index + 1]);
-        sums[2] += triangle(ring[index + 2]);
-        sums[3] += triangle(ring[index + 3]);
+    for (; index + 3 < line.size(); index += 4) {
+        sums[0] += triangle(line[index]);
+        sums[1] += triangle(line[index + 1]);
+        sums[2] += triangle(line[index + 2]);
+        sums[3] += triangle(line[index + 3]);
     }
-    for (; index < ring.size(); ++index) sums[index % 4] += triangle(ring[index]);
+    for (; index < line.size(); ++index) sums[index % 4] += triangle(line[index]);
     return ((sums[0] + sums[1]) + (sums[2] + sums[3])) / 2;
 }
 

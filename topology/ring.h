@@ -35,8 +35,9 @@ inline Box joined(const Box& first, const Box& second) {
 }
 Box boxOf(std::span<const Point> points);
 
-// Positive of a ring that goes counter-clockwise. Its last vertex is equal to its first.
-double areaOf(std::span<const Point> ring);
+// Positive of a line that goes counter-clockwise; it is closed by the straight way back to its
+// first vertex.
+double areaOf(std::span<const Point> line);
 
 struct Ring {
     std::size_t begin = 0;  // its vertices in a pool

@@ -36,13 +36,13 @@ Box boxOfRun(std::span<const Point> points, bool inX) {
     return box;
 }
 
-}  // namespace
+Run::Way turnedRound(Run::Way way) { return static_cast<Run::Way>(static_cast<uint8_t>(way) ^ 1); }
 
-// Takes the run that begins at a vertex, and gives the vertex where the next one begins. It goes on
-// while it keeps its way in x and in y, then while it keeps the one that lasted longer.
-std::size_t Runs::takeRun(std::size_t from) {
-    const Point* const line = line_.data();
-    const std::size_t most = std::min(from + kMostEdges, line_.size() - 1);
+// The run that begins at a vertex. It goes on while it keeps its way in x and in y, then while it
+// keeps the one that lasted longer.
+Run takeRun(std::span<const Point> vertices, std::size_t from) {
+    const Point* const line = vertices.data();
+    const std::size_t most = std::min(from + kMostEdges, vertices.size() - 1);
     std::size_t at = from;
     bool right = true, left = true, up = true, down = true;
     for (; at < most; ++at) {
@@ -57,6 +57,7 @@ std::size_t Runs::takeRun(std::size_t from) {
         while (at < most && keeps(line[at], line[at + 1])) ++at;
         return at > begin;
     };
+    using Way = Run::Way;
     Way way = right ? Way::right : left ? Way::left : up ? Way::up : Way::down;
     if (right && goOn([](const Point& a, const Point& b) { return b.x >= a.x; })) {
         way = Way::right;
@@ -67,21 +68,53 @@ std::size_t Runs::takeRun(std::size_t from) {
     } else if (down && goOn([](const Point& a, const Point& b) { return b.y <= a.y; })) {
         way = Way::down;
     }
-    ways_.push_back(way);
-    boxes_.push_back(
-        boxOfRun(line_.subspan(from, at - from + 1), way == Way::right || way == Way::left));
-    return at;
+    const bool inX = way == Way::right || way == Way::left;
+    return {way, static_cast<uint32_t>(at), boxOfRun(vertices.subspan(from, at - from + 1), inX)};
 }
 
-void Runs::over(std::span<const Point> line) {
-    line_ = line;
+}  // namespace
+
+void cutIntoRuns(std::span<const Point> line, std::vector<Run>& runs) {
+    for (std::size_t at = 0; at + 1 < line.size(); at = runs.back().last) {
+        runs.push_back(takeRun(line, at));
+    }
+}
+
+// Short runs of one way become one.
+void Runs::add(Run::Way way, std::size_t last, const Box& box) {
+    const std::size_t runs = ways_.size();
+    if (runs > 0 && ways_.back() == way && last - starts_[runs - 1] <= kMostEdges) {
+        starts_.back() = last;
+        boxes_.back() = joined(boxes_.back(), box);
+        return;
+    }
+    starts_.push_back(last);
+    ways_.push_back(way);
+    boxes_.push_back(box);
+}
+
+void Runs::startLine() {
     starts_.assign(1, 0);
     ways_.clear();
     boxes_.clear();
-    levels_.assign(1, 0);
-    while (starts_.back() + 1 < line.size()) {
-        starts_.push_back(takeRun(starts_.back()));
+}
+
+void Runs::addPart(std::span<const Run> runs, bool turned) {
+    const std::size_t begin = starts_.back();
+    if (!turned) {
+        for (const Run& run : runs) add(run.way, begin + run.last, run.box);
+        return;
     }
+    const std::size_t edges = runs.back().last;
+    for (std::size_t at = runs.size(); at-- > 0;) {
+        const std::size_t first = at == 0 ? 0 : runs[at - 1].last;
+        add(turnedRound(runs[at].way), begin + edges - first, runs[at].box);
+    }
+}
+
+void Runs::finishLine(std::span<const Point> line) {
+    line_ = line;
+    levels_.assign(1, 0);
     while (boxes_.size() - levels_.back() > 1) {
         const std::size_t begin = levels_.back(), end = boxes_.size();
         levels_.push_back(end);
@@ -89,6 +122,15 @@ void Runs::over(std::span<const Point> line) {
             boxes_.push_back(box + 1 < end ? joined(boxes_[box], boxes_[box + 1]) : boxes_[box]);
         }
     }
+}
+
+void Runs::over(std::span<const Point> line) {
+    startLine();
+    while (starts_.back() + 1 < line.size()) {
+        const Run run = takeRun(line, starts_.back());
+        add(run.way, run.last, run.box);
+    }
+    finishLine(line);
 }
 
 std::span<const Point> Runs::near(std::size_t run, const Box& box) const {
@@ -111,13 +153,13 @@ std::span<const Point> Runs::near(std::size_t run, const Box& box) const {
         return std::span<const Point>(first, last);
     };
     switch (ways_[run]) {
-        case Way::right:
+        case Run::Way::right:
             return between([&](const Point& point) { return point.x < box.least.x; },
                            [&](const Point& point) { return point.x <= box.greatest.x; });
-        case Way::left:
+        case Run::Way::left:
             return between([&](const Point& point) { return point.x > box.greatest.x; },
                            [&](const Point& point) { return point.x >= box.least.x; });
-        case Way::up:
+        case Run::Way::up:
             return between([&](const Point& point) { return point.y < box.least.y; },
                            [&](const Point& point) { return point.y <= box.greatest.y; });
         default:

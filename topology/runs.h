@@ -11,8 +11,18 @@
 
 namespace topology {
 
-// A run of the lowest level goes one way, in x or in y or in both, so its edges do not cross each
-// other.
+// Vertices that go one way, in x or in y or in both, so that their edges do not cross each other.
+struct Run {
+    enum class Way : uint8_t { right, left, up, down };
+    Way way{};
+    uint32_t last = 0;  // its last vertex, which is the first of the run behind it
+    Box box{};
+};
+
+// Appends the runs of a line of at least two vertices.
+void cutIntoRuns(std::span<const Point> line, std::vector<Run>& runs);
+
+// What is asked of a line by way of its runs, which are the boxes of the lowest level.
 class Runs {
   public:
     Runs() = default;
@@ -20,6 +30,13 @@ class Runs {
     // The vertices, at least two, have to outlive it or its next line.
     void over(std::span<const Point> line);
 
+    // The same for a line that is put together of lines whose runs are known: each begins with the
+    // last vertex of the one before it, and may be turned.
+    void startLine();
+    void addPart(std::span<const Run> runs, bool turned);
+    void finishLine(std::span<const Point> line);
+
+    std::size_t vertexCount() const { return line_.size(); }
     std::size_t levels() const { return levels_.size(); }
     std::size_t size(std::size_t level) const {
         return (level + 1 < levels_.size() ? levels_[level + 1] : boxes_.size()) - levels_[level];
@@ -39,13 +56,12 @@ class Runs {
     std::span<const Point> near(std::size_t run, const Box& box) const;
 
   private:
-    enum class Way : uint8_t { right, left, up, down };
-    std::size_t takeRun(std::size_t from);
+    void add(Run::Way way, std::size_t last, const Box& box);
 
     std::span<const Point> line_;
     std::vector<std::size_t> starts_;  // first vertices of the runs of the lowest level; the last
-    std::vector<Way> ways_;            // of these runs
-    std::vector<Box> boxes_;
+    std::vector<Run::Way> ways_;       // of these runs
+    std::vector<Box> boxes_;           // of all levels
     std::vector<std::size_t> levels_;  // where the boxes of each begin
 };
 
