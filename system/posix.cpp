@@ -107,6 +107,21 @@ bool resize(Handle file, int64_t bytes) {
     return again([&] { return ::ftruncate(descriptor(file), bytes); }) == 0;
 }
 
+// Some file systems have nothing to bring to a disk.
+bool sync(Handle file) {
+    return again([&] { return ::fsync(descriptor(file)); }) == 0 || errno == EINVAL;
+}
+
+bool syncFolder(const char* path) {
+    const Handle folder = openFolder(path, true);
+    if (folder == kNoHandle) return false;
+    const bool done = sync(folder);
+    const int failure = errno;
+    closeHandle(folder);
+    errno = failure;
+    return done;
+}
+
 // The descriptor is gone even when close reports an interruption.
 bool closeHandle(Handle handle) { return ::close(descriptor(handle)) == 0 || errno == EINTR; }
 
@@ -188,6 +203,8 @@ std::string currentFolder() {
 }
 
 int64_t processNumber() { return ::getpid(); }
+
+bool setVariable(const char* name, const char* value) { return ::setenv(name, value, 1) == 0; }
 
 // Here that is the shared library libqxbase.
 void* loadCompanion(const char* name) {

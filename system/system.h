@@ -54,6 +54,10 @@ int64_t sizeOf(Handle file);
 int64_t readAt(Handle file, int64_t position, std::span<std::byte> bytes);
 int64_t writeAt(Handle file, int64_t position, std::span<const std::byte> bytes);
 bool resize(Handle file, int64_t bytes);
+// Returns when what was written to a file is on the disk, and will be there after a power cut.
+bool sync(Handle file);
+// The same for the names in a folder, where the system does not see to them by itself.
+bool syncFolder(const char* path);
 // The handle is gone, also where closing failed.
 bool closeHandle(Handle handle);
 
@@ -97,6 +101,8 @@ std::string temporaryFolder();
 // Empty on failure.
 std::string currentFolder();
 int64_t processNumber();
+// For this process and those that it starts. False if that could not be done.
+bool setVariable(const char* name, const char* value);
 
 // A companion by the name that the desktop platform has for it ("qxbase.DLL"), null if it cannot be
 // loaded.

@@ -344,6 +344,11 @@ bool resize(Handle file, int64_t bytes) {
     return toldOf(SetFileInformationByHandle(native(file), FileEndOfFileInfo, &end, sizeof end));
 }
 
+bool sync(Handle file) { return toldOf(FlushFileBuffers(native(file))); }
+
+// The file system keeps a journal of names, in their order.
+bool syncFolder(const char*) { return true; }
+
 bool closeHandle(Handle handle) {
     if (isFolder(handle)) folderLocks().remove(handle);
     return toldOf(CloseHandle(native(handle)));
@@ -497,6 +502,8 @@ std::string currentFolder() {
 }
 
 int64_t processNumber() { return GetCurrentProcessId(); }
+
+bool setVariable(const char* name, const char* value) { return ::_putenv_s(name, value) == 0; }
 
 void* loadCompanion(const char* name) { return LoadLibraryA(name); }
 

@@ -18,6 +18,7 @@
 #include "app/intake/workspace/changes.h"
 #include "datasets/workspace.h"
 #include "host/qxbase.h"
+#include "system/system.h"
 
 namespace program {
 
@@ -182,6 +183,8 @@ int importFile(const ImportOptions& options, Console& console) {
         complain(console, options.dataset + " is no name for a dataset: a workspace needs it");
         return kWrongUsage;
     }
+    // The companions look there, each for itself.
+    if (options.sync) os::setVariable("INTAKE_SYNC", "1");
     finishChanges(workspaceOf(options.dataset), console);
     const bool stands = (options.replace || !options.force) && standsAlready(options.dataset);
     if (stands && !options.replace) {

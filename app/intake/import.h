@@ -14,6 +14,7 @@ struct ImportOptions {
     std::string dataset;
     bool isTemporary = false;  // the dataset is of no use to the user, and nothing is said of it
     bool force = false;        // also where the dataset exists: the library answers then
+    bool sync = false;         // what was imported lasts through a power cut
     bool replace = false;      // where the dataset exists the new one takes its place, once whole
     bool quiet = false;        // errors only
     bool json = false;         // the outcome as an object on the output

@@ -31,6 +31,7 @@ store::File openScratch() {
         store::File::create(std::string(name.view()), store::File::Creation::kMustBeNew);
     // Without a name nothing keeps it.
     if (file.isOpen()) store::dropFile(file.path());
+    file.keepNothing();
     return file;
 }
 

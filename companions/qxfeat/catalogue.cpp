@@ -83,6 +83,8 @@ void readEntries(PackedReader& reader) {
             catalogue.sound = canEndIn(number, name);
             return;
         }
+        // Where power was cut a file can have got its length and not its bytes.
+        if (reader.ok() && number == 0 && name.empty() && reader.onlyZerosFollow()) return;
         catalogue.sound = reader.ok() && takeEntry(number, name);
         kept.lastStart = kept.end;
         kept.lastNumber = number;
@@ -183,7 +185,7 @@ bool append(std::span<const Listing> entries) {
     store::File& file = changing.catalogue;
     // What stands behind the last whole entry is half of one.
     if (kept.file.size != kept.end && !file.truncate(kept.end)) return false;
-    if (!file.writeAt(kept.end, writer.bytes())) {
+    if (!file.writeAt(kept.end, writer.bytes()) || !file.settle()) {
         file.truncate(kept.end);
         return false;
     }

@@ -80,6 +80,16 @@ class PackedReader {
     bool ok() const { return ok_; }
     // Not ok because there is no more.
     bool atEnd() const { return atEnd_; }
+    // Whether there is nothing but zeros up to the end of the file; it is read by that.
+    bool onlyZerosFollow() {
+        for (; ok_; refill()) {
+            const auto rest = std::span(piece_).subspan(next_, end_ - next_);
+            if (!std::ranges::all_of(rest, [](std::byte each) { return each == std::byte{}; })) {
+                return false;
+            }
+        }
+        return atEnd_;
+    }
     // Where the next number or text begins.
     int64_t position() const { return pieceStart_ + static_cast<int64_t>(next_); }
 

@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <utility>
 
+#include "companions/store/durable.h"
 #include "host/qxbase/failures.h"
 #include "system/system.h"
 
@@ -47,7 +48,10 @@ bool noted(bool result, const std::string& path) {
 File::File(File&& other) noexcept
     : handle_(std::exchange(other.handle_, os::kNoHandle)),
       path_(std::move(other.path_)),
-      opened_(other.opened_) {}
+      opened_(other.opened_),
+      made_(other.made_),
+      changed_(other.changed_),
+      keepsNothing_(other.keepsNothing_) {}
 
 File& File::operator=(File&& other) noexcept {
     if (this != &other) {
@@ -55,6 +59,9 @@ File& File::operator=(File&& other) noexcept {
         handle_ = std::exchange(other.handle_, os::kNoHandle);
         path_ = std::move(other.path_);
         opened_ = other.opened_;
+        made_ = other.made_;
+        changed_ = other.changed_;
+        keepsNothing_ = other.keepsNothing_;
     }
     return *this;
 }
@@ -85,12 +92,14 @@ File File::create(const std::string& path, Creation creation) {
     // What is new is regular, and needs no look. Most files are.
     if (creation != Creation::kKeep) {
         file.handle_ = os::openFile(path.c_str(), os::Opening::kMakeNew);
+        file.made_ = file.changed_ = file.isOpen();
     }
     if (creation == Creation::kKeep ||
         (creation == Creation::kAnew && !file.isOpen() && errno == EEXIST)) {
         const auto how =
             creation == Creation::kAnew ? os::Opening::kMakeOrEmpty : os::Opening::kMakeOrKeep;
         file.handle_ = os::openFile(path.c_str(), how);
+        file.changed_ = creation == Creation::kAnew;
         file.refuseIrregular();
     }
     file.noteUnlessOpen();
@@ -148,6 +157,7 @@ int64_t File::readAt(int64_t position, std::span<std::byte> bytes) const {
 }
 
 bool File::writeAt(int64_t position, std::span<const std::byte> bytes) {
+    changed_ = !keepsNothing_;
     std::size_t done = 0;
     while (done < bytes.size()) {
         const int64_t count =
@@ -161,7 +171,17 @@ bool File::writeAt(int64_t position, std::span<const std::byte> bytes) {
     return true;
 }
 
-bool File::truncate(int64_t size) { return noted(os::resize(handle_, size), path_); }
+bool File::truncate(int64_t size) {
+    changed_ = !keepsNothing_;
+    return noted(os::resize(handle_, size), path_);
+}
+
+bool File::settle() {
+    if ((!changed_ && !made_) || !durable()) return true;
+    if (!noted(os::sync(handle_), path_) || (made_ && !settleName(path_))) return false;
+    made_ = changed_ = false;
+    return true;
+}
 
 bool File::lock() { return noted(os::lock(handle_), path_); }
 
@@ -169,11 +189,12 @@ void File::unlock() { os::unlock(handle_); }
 
 bool File::close() {
     if (!isOpen()) return true;
-    return noted(os::closeHandle(std::exchange(handle_, os::kNoHandle)), path_);
+    const bool settled = settle();
+    return noted(os::closeHandle(std::exchange(handle_, os::kNoHandle)), path_) && settled;
 }
 
 bool makeDirectory(const std::string& path) {
-    if (os::makeFolder(path.c_str())) return true;
+    if (os::makeFolder(path.c_str())) return settleName(path);
     if (ofMachine(errno)) {
         wrfailC(path.c_str(), errno);
     } else {
@@ -183,7 +204,8 @@ bool makeDirectory(const std::string& path) {
 }
 
 bool haveDirectory(const std::string& path) {
-    if (isDirectory(path) || os::makeFolder(path.c_str())) return true;
+    if (isDirectory(path)) return true;
+    if (os::makeFolder(path.c_str())) return settleName(path);
     const int failure = errno;
     // Another process may have been faster.
     if (isDirectory(path)) return true;
@@ -192,7 +214,7 @@ bool haveDirectory(const std::string& path) {
 }
 
 bool removeFile(const std::string& path) {
-    if (os::removeFile(path.c_str())) return true;
+    if (os::removeFile(path.c_str())) return settleName(path);
     if (ofMachine(errno)) wrfailC(path.c_str(), errno);
     return false;
 }
@@ -209,7 +231,7 @@ bool replaceFile(const std::string& path, std::span<const std::byte> bytes) {
     if (!file.isOpen()) return false;
     // What cannot be brought to disk whole takes the place of nothing.
     const bool whole = file.writeAt(0, bytes) && file.close();
-    if (whole && noted(os::moveOver(fresh.c_str(), path.c_str()), path)) return true;
+    if (whole && noted(os::moveOver(fresh.c_str(), path.c_str()), path)) return settleName(path);
     dropFile(fresh);
     return false;
 }

@@ -53,6 +53,11 @@ class File {
     // Writes all bytes at a position.
     bool writeAt(int64_t position, std::span<const std::byte> bytes);
     bool truncate(int64_t size);
+    // Brings what was written, and the name of a new file, to the disk, where that is wished
+    // (durable.h); close does so, too.
+    bool settle();
+    // What is written is of no lasting worth.
+    void keepNothing() { changed_ = made_ = false, keepsNothing_ = true; }
     // Waits until no other process has the file locked, and locks it until it is closed or
     // unlocked.
     bool lock();
@@ -69,6 +74,9 @@ class File {
     os::Handle handle_ = os::kNoHandle;
     std::string path_;
     Identity opened_;
+    bool made_ = false;     // its name is not on the disk yet
+    bool changed_ = false;  // its bytes are not
+    bool keepsNothing_ = false;
 };
 
 // Makes a directory; false, and noted as refused, if something is there already or the name can be

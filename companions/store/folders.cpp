@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <utility>
 
+#include "companions/store/durable.h"
 #include "host/qxbase/failures.h"
 
 namespace store {
@@ -15,6 +16,11 @@ const char* orHere(const std::string& folder) { return folder.empty() ? "." : fo
 bool noted(bool result, const std::string& path) {
     if (!result) wrfailC(path.c_str(), errno);
     return result;
+}
+
+// The new name comes first: what has both for a while is not lost.
+bool settleBoth(const std::string& from, const std::string& to) {
+    return settleName(to) && settleName(from);
 }
 
 }  // namespace
@@ -55,20 +61,22 @@ std::vector<std::string> namesIn(const std::string& folder) {
 
 std::string makeUniqueFolder(const std::string& prefix) {
     std::string path = os::makeUniqueFolder(prefix);
-    noted(!path.empty(), prefix);
+    if (noted(!path.empty(), prefix)) settleName(path);
     return path;
 }
 
 bool moveUnlessThere(const std::string& from, const std::string& to) {
-    if (os::moveUnlessThere(from.c_str(), to.c_str())) return true;
+    if (os::moveUnlessThere(from.c_str(), to.c_str())) return settleBoth(from, to);
     if (errno != EEXIST) wrfailC(to.c_str(), errno);
     return false;
 }
 
 bool moveOver(const std::string& from, const std::string& to) {
-    return noted(os::moveOver(from.c_str(), to.c_str()), to);
+    return noted(os::moveOver(from.c_str(), to.c_str()), to) && settleBoth(from, to);
 }
 
-bool removeTree(const std::string& path) { return noted(os::removeTree(path.c_str()), path); }
+bool removeTree(const std::string& path) {
+    return noted(os::removeTree(path.c_str()), path) && settleName(path);
+}
 
 }  // namespace store

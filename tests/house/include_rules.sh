@@ -30,7 +30,7 @@ containers        -
 crs               -
 topology          -
 formats           crs/reference_system\.h
-app               host/|datasets/|formats/|topology/|crs/|containers/|stream/|(include/)?intakedl\.h
+app               host/|system/|datasets/|formats/|topology/|crs/|containers/|stream/|(include/)?intakedl\.h
 TABLE
 # Of the program, only packing and unpacking speak to the stream.
 if grep -rnE '^ *# *include *"stream/' app | grep -vE '^app/intake/[a-z_]*pack[a-z_]*\.(cpp|h):'; then

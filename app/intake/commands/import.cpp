@@ -13,6 +13,10 @@ void addImport(CLI::App& app, Console& console, int& status) {
     command->add_flag("--replace", options->replace,
                       "Put the new dataset in the place of DATASET, once it is whole; with --force "
                       "also one that errors were told of");
+    command->add_flag("--sync", options->sync,
+                      "Bring each file to the disk, in an order that makes what was imported last "
+                      "through a power cut; INTAKE_SYNC=1 in the environment does so for every "
+                      "command");
     command->add_flag("--quiet", options->quiet, "Tell errors only");
     command->add_flag("--json", options->json, "Print the outcome as one JSON object");
     command
