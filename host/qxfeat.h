@@ -19,6 +19,7 @@
 #include "host/qxfeat/table_rows.h"
 #include "host/qxfeat/tables.h"
 #include "host/qxfeat/tolerances.h"
+#include "host/qxfeat/workspace_check.h"
 #include "host/qxfeat/workspaces.h"
 
 #endif

@@ -14,8 +14,8 @@ namespace {
 
 // In the order of the help.
 constexpr void (*kCommands[])(CLI::App&, Console&, int&) = {
-    addImport, addCheck,   addList,  addShow,   addDump, addDraw,   addRemove, addRename,
-    addExport, addConvert, addBatch, addReport, addPack, addUnpack, addHelp,
+    addImport, addCheck,  addList,    addShow,  addDump,   addDraw, addCheckWorkspace, addRemove,
+    addRename, addExport, addConvert, addBatch, addReport, addPack, addUnpack,         addHelp,
 };
 
 }  // namespace

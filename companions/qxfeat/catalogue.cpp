@@ -326,6 +326,18 @@ bool changeTables(const std::string& directory, std::span<const Listing> erased,
     return true;
 }
 
+bool rebuildCatalogue(std::span<const Listing> entered) {
+    Catalogue& catalogue = kept.catalogue;
+    for (const Listing& table : entered) {
+        if (!catalogue.hasRoomFor(table.name) || catalogue.find(table.name) != 0) continue;
+        catalogue.numbers.set(table.name, table.number);
+        catalogue.nextNumber = std::max(catalogue.nextNumber, table.number + 1);
+    }
+    kept.file = {};
+    catalogue.sound = true;
+    return replaceCatalogue();
+}
+
 std::string cataloguePath(const std::string& directory) {
     return store::joinPath(directory, "catalog");
 }

@@ -90,6 +90,10 @@ struct Listing {
 bool changeTables(const std::string& directory, std::span<const Listing> erased,
                   std::span<const Listing> entered);
 
+// Writes a catalogue that is damaged anew: with what readCatalogue has just read of it, and other
+// tables. The lock is held.
+bool rebuildCatalogue(std::span<const Listing> entered);
+
 // The path of the catalogue itself.
 std::string cataloguePath(const std::string& directory);
 

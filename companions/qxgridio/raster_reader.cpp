@@ -2,6 +2,7 @@
 
 #include "companions/qxgridio/raster_file.h"
 #include "companions/store/words.h"
+#include "host/qxbase/failures.h"
 
 namespace qxgridio {
 
@@ -13,8 +14,9 @@ RasterReader::RasterReader(store::File file, const RasterHeader& header)
     const int64_t room = file_.size() - static_cast<int64_t>(RasterHeader::kBytes);
     const int64_t whole = rowBytes > 0 ? std::max<int64_t>(room, 0) / rowBytes : 0;
     const int64_t told = raster.rowsWritten < 0 ? whole : raster.rowsWritten;
-    raster.rowsWritten =
-        static_cast<int32_t>(std::min({whole, told, std::max<int64_t>(raster.rows, 0)}));
+    const int64_t rows = std::min(told, std::max<int64_t>(raster.rows, 0));
+    if (rowBytes > 0 && rows > whole) rdfailC(file_.path().c_str(), 0);
+    raster.rowsWritten = static_cast<int32_t>(std::min(whole, rows));
 }
 
 std::unique_ptr<RasterReader> RasterReader::open(const std::string& path, int32_t kind) {

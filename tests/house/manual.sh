@@ -25,7 +25,7 @@ completes() {
     fi
 }
 completes import intake im
-completes check,convert intake c
+completes check,check-workspace,convert intake c
 completes --version intake --v
 completes --quiet intake import --q
 completes json intake import --progress ''

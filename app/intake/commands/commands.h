@@ -19,6 +19,7 @@ void addShow(CLI::App& app, Console& console, int& status);
 void addDump(CLI::App& app, Console& console, int& status);
 void addDraw(CLI::App& app, Console& console, int& status);
 void addList(CLI::App& app, Console& console, int& status);
+void addCheckWorkspace(CLI::App& app, Console& console, int& status);
 void addRemove(CLI::App& app, Console& console, int& status);
 void addRename(CLI::App& app, Console& console, int& status);
 void addExport(CLI::App& app, Console& console, int& status);

@@ -30,6 +30,13 @@ constexpr Guide kGuides[] = {
     {"list",
      "Tells the datasets of a workspace with their kind, date, size and content, and behind them "
      "the tables that belong to none."},
+    {"check-workspace",
+     "Reads the head and the length of every file that has them, and all datasets to their ends, "
+     "and prints a line for each thing that is damaged or left over by an import that was killed. "
+     "--repair writes a damaged list of tables anew, takes tables without files from it, and "
+     "removes files of tables that it does not have, but for those of the last ten minutes, which "
+     "an import may be writing. The exit status is 3 where something stays damaged; what is left "
+     "over does no harm."},
     {"remove",
      "Takes away datasets, their tables in the catalogue and the files of both; a table that "
      "another dataset owns is left. It asks on a terminal; where there is none it needs --yes. "

@@ -31,6 +31,8 @@ constexpr Example kExamples[] = {
     {true, "intake import --replace roads.e00 roads", "... in the place of the one that is there"},
     {true, "intake list", "what the workspace holds"},
     {false, "intake list --json maps", "... as one JSON object"},
+    {false, "intake check-workspace --repair maps",
+     "what is damaged in it or left over, and away with that"},
     {true, "intake show roads", "what it is, and what it holds"},
     {false, "intake show roads --within 0,0,5,5", "its features in a rectangle"},
     {true, "intake dump roads", "print every record, one JSON object a line"},
