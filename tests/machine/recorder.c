@@ -38,8 +38,11 @@ __attribute__((constructor)) static void begin(void) {
     if (record < 0) abort();
 }
 
+/* The folder itself is synced, too. */
 static int isBelow(const char* path) {
-    return record >= 0 && strncmp(path, below, strlen(below)) == 0;
+    const size_t length = strlen(below);
+    return record >= 0 && strncmp(path, below, length) == 0 &&
+           (path[length] == '/' || path[length] == 0);
 }
 
 static int isWatched(int file) { return file >= 0 && file < DESCRIPTORS && watched[file]; }
