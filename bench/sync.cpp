@@ -17,7 +17,7 @@ struct Size {
 };
 constexpr Size kSizes[] = {{"4KB", 4000}, {"20KB", 20000}, {"1MB", 1000000}};
 
-// A map of arcs with a table: what is stored of it is four files, a definition and the catalogue.
+// A map of arcs with a table.
 fs::path makeMap(std::size_t bytes) {
     const fs::path path = folder() / "map.e00";
     std::string arcs = generate(kind("arcs_4E14.7"), bytes).text;

@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
 """What a power cut leaves of a workspace: power_cut.py PROGRAM RECORDER SAMPLES [--short]
 
-A command runs once with the recorder preloaded, and --sync or INTAKE_SYNC=1. For each point between two of its
-calls this makes what a disk may hold when power is cut there, each in several ways, and holds that
+A command runs once with the recorder preloaded, and with --sync or INTAKE_SYNC=1. For each point
+between two of its calls this makes what a disk may hold when power is cut there, each in several
+ways, and holds that
 
 - the workspace opens, and a command that was repeated there does its work,
 - what was imported earlier is as it was,
@@ -10,8 +11,8 @@ calls this makes what a disk may hold when power is cut there, each in several w
 - what is removed, renamed or replaced is there as it was before or as it is behind, and
 - nothing is missing once the command is done.
 
-Without that some of these states must lose something, or this test would see nothing. A
-dataset whose import was cut may be told as damaged, until it is imported again.
+Without a sync some of these states must lose something, or this test would see nothing. A dataset
+whose import was cut may be told of as damaged, until it is imported again.
 """
 import argparse
 import concurrent.futures
