@@ -166,6 +166,14 @@ class Disk:
     def all_there(self):
         return self.state(self.points, self.names, lambda: "there")
 
+    def first_with(self, name):
+        """What is there at the first point at which there is a file of this name."""
+        for point in range(self.points):
+            found = self.state(point, self.names[: self.changes_at(point)[1]], lambda: "there")
+            if any(os.path.basename(path) == name for path in found):
+                return found
+        raise AssertionError(f"no {name} was written")
+
     def states(self, point, mixes, seed):
         """What a disk may hold at a point, in several ways."""
         must, there = self.changes_at(point)
