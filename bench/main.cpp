@@ -17,6 +17,7 @@ int main(int argc, char** argv) {
         bench::registerFormats();
         bench::registerRasters();
         bench::registerBatch();
+        bench::registerSync();
     } catch (const std::exception& exception) {
         std::fprintf(stderr, "%s\n", exception.what());
         return 1;

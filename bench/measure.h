@@ -78,6 +78,7 @@ void registerPolygons();
 void registerFormats();
 void registerRasters();
 void registerBatch();
+void registerSync();
 
 }  // namespace bench
 

@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <optional>
 #include <span>
 #include <utility>
 
 #include "companions/qxfeat/packed_words.h"
 #include "companions/qxfeat/table_definition.h"
+#include "companions/store/durable.h"
 #include "companions/store/member_names.h"
 #include "host/qxbase/failures.h"
 
@@ -152,6 +154,9 @@ bool replaceCatalogue() {
         writer << entry.number << entry.name;
     }
     const std::string path = cataloguePath(kept.directory);
+    // It names the tables of all datasets: one that is there makes room only for one that lasts.
+    std::optional<store::Lasting> lasting;
+    if (store::exists(path)) lasting.emplace();
     if (!store::replaceFile(path, writer.bytes())) return false;
     kept.file = store::File::identityOf(path);
     kept.changed = false;
@@ -210,7 +215,8 @@ bool openLock(const std::string& directory) {
     changing.lock =
         store::File::create(store::joinPath(directory, "lock"), store::File::Creation::kKeep);
     if (!changing.lock.isOpen()) wrfailC(changing.lock.path().c_str(), errno);
-    return changing.lock.isOpen();
+    // Whoever made the directory may not have wished that its name lasts.
+    return changing.lock.isOpen() && store::settleName(directory);
 }
 
 }  // namespace

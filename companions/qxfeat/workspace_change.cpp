@@ -7,6 +7,7 @@
 
 #include "companions/qxfeat/packed_words.h"
 #include "companions/qxfeat/table.h"
+#include "companions/store/durable.h"
 #include "companions/store/folders.h"
 #include "companions/store/member_names.h"
 #include "host/qxbase/failures.h"
@@ -180,7 +181,11 @@ bool WorkspaceChange::carryOut() {
 
 bool WorkspaceChange::finish() {
     if (!store::exists(journal())) return giveUp();
-    if (read()) return takeSteps();
+    if (read()) {
+        // Whoever began it may have wished that it lasts, and whoever finds it need not know.
+        const store::Lasting lasting;
+        return takeSteps();
+    }
     // What it had moved away is still in the folder, which stays.
     wrfailC(journal().c_str(), 0);
     return false;

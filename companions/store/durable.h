@@ -11,6 +11,16 @@ namespace store {
 
 bool durable();
 
+// While one lives everything is made to last, whether that is wished or not: for what would take
+// with it what was there before.
+class Lasting {
+  public:
+    Lasting();
+    ~Lasting();
+    Lasting(const Lasting&) = delete;
+    Lasting& operator=(const Lasting&) = delete;
+};
+
 // Brings the folder in which a name was made, changed or removed to the disk, where that is wished.
 // False, and noted as a failed write, if that failed.
 bool settleName(const std::string& path);
