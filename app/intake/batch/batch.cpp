@@ -13,6 +13,7 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <memory>
 #include <stdexcept>
 #include <vector>
 
@@ -20,6 +21,7 @@
 #include "app/intake/batch/gathered.h"
 #include "app/intake/batch/inputs.h"
 #include "app/intake/batch/journal.h"
+#include "app/intake/batch/memory_folder.h"
 #include "app/intake/batch/meter.h"
 #include "app/intake/batch/places.h"
 #include "app/intake/batch/signals.h"
@@ -85,6 +87,13 @@ class UnplacedFolder {
     std::string path_;
 };
 
+// Of what is made and removed again for each input, where many share a disk that is most of it.
+std::unique_ptr<TemporaryFolder> quickFolder(int jobs) {
+    constexpr uint64_t kEach = uint64_t{16} << 20;  // of the workers
+    const std::string folder = memoryFolder(kEach * static_cast<uint64_t>(jobs));
+    return folder.empty() ? nullptr : std::make_unique<TemporaryFolder>(folder);
+}
+
 class Batch {
   public:
     Batch(const BatchOptions& options, Console& console)
@@ -92,11 +101,13 @@ class Batch {
           meter_(console, options.quiet),
           places_(options.formats.empty()),
           inputs_(options_, places_),
+          quick_(quickFolder(options.jobs)),
           syncer_(options.folder),
           journal_(options_, options.report),
           unplaced_(options.folder, options.report),
           gathered_(options_, hiddenName(options.report) + ".gathered"),
-          crew_(options_, options.jobs, {scratch_.path(), unplaced_.path(), gathered_.name()},
+          crew_(options_, options.jobs,
+                {scratch_.path(), quick_ ? quick_->path() : "", unplaced_.path(), gathered_.name()},
                 {signals_.descriptor(), journal_.descriptor(), syncer_.descriptor()},
                 {[this](const Job& job, Reply& reply) { take(job, reply); },
                  [this](Job&& job) { push(std::move(job)); }}) {}
@@ -123,10 +134,11 @@ class Batch {
     Meter meter_;
     Places places_;
     Inputs inputs_;
+    const TemporaryFolder scratch_;
+    const std::unique_ptr<TemporaryFolder> quick_;
     Syncer syncer_;  // before files are open that it is not to hold
     const Signals signals_;
     Journal journal_;
-    const TemporaryFolder scratch_;
     UnplacedFolder unplaced_;
     Gathered gathered_;
     Crew crew_;

@@ -15,7 +15,6 @@
 #include <new>
 #include <stdexcept>
 
-#include "app/intake/batch/finished.h"
 #include "app/intake/batch/report_line.h"
 #include "app/intake/batch/worker.h"
 
@@ -62,10 +61,14 @@ Crew::Crew(const BatchOptions& options, int count, const Rooms& folders,
     steps_ = new (shared) std::atomic<uint64_t>[workers_.size()];
     for (std::size_t index = 0; index < workers_.size(); ++index) {
         const std::string name = '/' + std::to_string(index);
-        workers_[index].rooms = {folders.scratch + name, folders.unplaced + name,
-                                 folders.gathered.empty() ? "" : folders.gathered + name + ".gpkg"};
-        std::filesystem::create_directory(workers_[index].rooms.scratch);
-        std::filesystem::create_directory(workers_[index].rooms.unplaced);
+        Rooms& rooms = workers_[index].rooms;
+        rooms.scratch = folders.scratch + name;
+        rooms.unplaced = folders.unplaced + name;
+        if (!folders.quick.empty()) rooms.quick = folders.quick + name;
+        if (!folders.gathered.empty()) rooms.gathered = folders.gathered + name + ".gpkg";
+        for (const std::string& room : {rooms.scratch, rooms.quick, rooms.unplaced}) {
+            if (!room.empty()) std::filesystem::create_directory(room);
+        }
         begin(index);
     }
 }
@@ -175,8 +178,7 @@ void Crew::replace(std::size_t index) {
     const bool timedOut = worker.timedOut;
     std::deque<Job> jobs = std::move(worker.jobs);
     worker.jobs.clear();
-    emptyFolder(worker.rooms.scratch);
-    emptyFolder(worker.rooms.unplaced);
+    emptyFolders(worker.rooms);
     begin(index);
     if (jobs.empty()) return;
     Job guilty = std::move(jobs.front());
