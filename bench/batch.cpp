@@ -36,8 +36,9 @@ int fileCount() {
 fs::path room() { return folder() / "batch"; }
 
 // A new one for each run, removed when all are measured: some file systems are slow for minutes
-// where many files were removed.
+// where many files were removed. What a run before wrote is on the disk by then.
 fs::path newFolder() {
+    ::sync();
     static int count = 0;
     const fs::path made = room() / std::to_string(++count);
     fs::create_directory(made);

@@ -244,6 +244,19 @@ TEST_F(Batch, ASecondSignalEndsItAtOnce) {
     EXPECT_TRUE(fs::is_empty(temporary()));
 }
 
+TEST_F(Batch, OneThatIsKilledLeavesNoTemporaryFiles) {
+    put("in/large.e00", coverage(200000, "2"));
+    const pid_t process = begin({"--to", "csv", "--jobs", "1", "--out", "out", "in"});
+    ASSERT_NE(workerOf(process), 0);
+    EXPECT_FALSE(fs::is_empty(temporary()));
+    ::kill(process, SIGKILL);
+    EXPECT_EQ(end(process), -SIGKILL);
+    for (int tries = 0; tries < 1000 && !fs::is_empty(temporary()); ++tries) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    EXPECT_TRUE(fs::is_empty(temporary()));
+}
+
 TEST_F(Batch, AKindIsWholeWhereOneOfTheFormatsHoldsIt) {
     for (const char* const name : {"jkstk", "ctry", "pfont"}) {
         put("in/" + std::string(name) + ".e00", fileBytes(sample(std::string(name) + ".e00")));

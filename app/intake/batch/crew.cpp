@@ -22,8 +22,10 @@ namespace program {
 
 namespace {
 
-// One at hand, and one for when it is done.
+// One at hand, and one for when it is done; more while all of them together are little.
 constexpr std::size_t kJobsAhead = 2;
+constexpr std::size_t kSmallJobsAhead = 16;
+constexpr uint64_t kLittleBytes = 256 << 10;
 
 [[noreturn]] void fail(const std::string& what) {
     const std::string reason = std::strerror(errno);
@@ -120,9 +122,18 @@ void Crew::end(Worker& worker) {
     ::waitpid(worker.process, nullptr, 0);
 }
 
-bool Crew::hasRoom() const {
-    return std::any_of(workers_.begin(), workers_.end(),
-                       [](const Worker& each) { return each.jobs.size() < kJobsAhead; });
+bool Crew::hasRoom() const { return std::any_of(workers_.begin(), workers_.end(), hasRoomFor); }
+
+bool Crew::hasRoomFor(const Worker& worker) {
+    if (worker.jobs.size() < kJobsAhead) return true;
+    uint64_t bytes = 0;
+    for (const Job& job : worker.jobs) bytes += job.stamp.size;
+    return worker.jobs.size() < kSmallJobsAhead && bytes <= kLittleBytes;
+}
+
+bool Crew::isSupplied() const {
+    return std::all_of(workers_.begin(), workers_.end(),
+                       [](const Worker& each) { return each.jobs.size() > kSmallJobsAhead / 2; });
 }
 
 bool Crew::busy() const {
@@ -132,8 +143,10 @@ bool Crew::busy() const {
 
 void Crew::give(Job job) {
     const auto least = std::min_element(
-        workers_.begin(), workers_.end(),
-        [](const Worker& one, const Worker& other) { return one.jobs.size() < other.jobs.size(); });
+        workers_.begin(), workers_.end(), [](const Worker& one, const Worker& other) {
+            const bool hasRoom = hasRoomFor(one);
+            return hasRoom != hasRoomFor(other) ? hasRoom : one.jobs.size() < other.jobs.size();
+        });
     handTo(*least, std::move(job));
 }
 
