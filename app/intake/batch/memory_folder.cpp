@@ -10,9 +10,8 @@ std::string memoryFolder(uint64_t bytes) {
     constexpr const char* kFolder = "/dev/shm";
     struct statfs about {};
     if (::statfs(kFolder, &about) != 0 || about.f_type != TMPFS_MAGIC) return {};
-    const uint64_t room =
-        static_cast<uint64_t>(about.f_bavail) * static_cast<uint64_t>(about.f_bsize);
-    return room >= bytes && ::access(kFolder, W_OK | X_OK) == 0 ? kFolder : "";
+    const auto free = static_cast<uint64_t>(about.f_bavail) * static_cast<uint64_t>(about.f_bsize);
+    return free >= bytes && ::access(kFolder, W_OK | X_OK) == 0 ? kFolder : "";
 }
 
 }  // namespace program

@@ -66,6 +66,7 @@ std::string datasetNameOf(const std::string& path) {
     return name.size() > kLongest ? "dataset" : name;
 }
 
+constexpr const char* kWorkspace = "/workspace";
 // So many bytes of an input have their workspace in memory.
 constexpr uint64_t kMostInMemory = 1 << 20;
 
@@ -166,7 +167,7 @@ void Run::gather(const std::string& made) {
 }
 
 std::string Run::importTo(const std::string& room, const Source& source) {
-    const std::string workspace = room + "/workspace";
+    const std::string workspace = room + kWorkspace;
     fs::create_directory(workspace);
     told_.hide(workspace + '/');
     dataset_ = workspace + '/' + (options_.gather ? "dataset" : datasetNameOf(job_.path));
@@ -193,11 +194,13 @@ bool Run::import() {
         refused = importTo(rooms_.unplaced, source);
     } else {
         const uint64_t bytes = source.container().empty() ? told_.size : expandedBytes(source);
-        const bool little = !rooms_.quick.empty() && bytes <= kMostInMemory;
+        std::error_code full;
+        const bool little = !rooms_.quick.empty() && bytes <= kMostInMemory &&
+                            fs::create_directory(rooms_.quick + kWorkspace, full);
         const Told before = told_;
         refused = importTo(little ? rooms_.quick : rooms_.scratch, source);
-        if (little && !refused.empty()) {
-            // There may be more room on a disk.
+        if (little && !whole_) {
+            // It may be for want of room, of which a disk has more.
             emptyFolder(rooms_.quick);
             told_ = before;
             refused = importTo(rooms_.scratch, source);
