@@ -35,6 +35,16 @@ int fileCount() {
 
 fs::path room() { return folder() / "batch"; }
 
+// A new one for each run, removed when all are measured: some file systems are slow for minutes
+// where many files were removed. What a run before wrote is on the disk by then.
+fs::path newFolder() {
+    ::sync();
+    static int count = 0;
+    const fs::path made = room() / std::to_string(++count);
+    fs::create_directory(made);
+    return made;
+}
+
 Usage usageOf(pid_t child, double begun) {
     int status = 0;
     rusage used{};
@@ -70,8 +80,7 @@ void runProgram(std::vector<std::string> words) {
 
 Usage batch(const std::string& input, const std::string& jobs,
             const std::vector<std::string>& more = {"--to", "csv"}) {
-    const fs::path out = room() / "out";
-    fs::remove_all(out);
+    const fs::path out = newFolder();
     std::vector<std::string> words = {INTAKE_PROGRAM_PATH, "batch", "--jobs", jobs,
                                       "--quiet",           "--out", out,      input};
     words.insert(words.end(), more.begin(), more.end());
@@ -79,9 +88,7 @@ Usage batch(const std::string& input, const std::string& jobs,
 }
 
 Usage bareLoop(const std::string& input) {
-    const fs::path out = room() / "bare";
-    fs::remove_all(out);
-    fs::create_directory(out);
+    const fs::path out = newFolder();
     return inProcess([&] {
         const program::Interrupts once;  // else a thread is begun for each export
         for (const auto& file : fs::directory_iterator(input)) {
@@ -102,11 +109,13 @@ Usage bareLoop(const std::string& input) {
     });
 }
 
+// Datasets in workspaces of their own, as a batch keeps them.
 Usage shellLoop(const std::string& input) {
+    const std::string out = newFolder();
     return inProcess([&] {
-        const std::string loop = "cd " + room().string() + " && for file in " + input +
-                                 "/*; do mkdir shell && " INTAKE_PROGRAM_PATH
-                                 " import --quiet $file shell/x || exit 1; rm -r shell; done";
+        const std::string loop = "cd " + out + " && for file in " + input +
+                                 "/*; do name=${file##*/}; mkdir $name && " INTAKE_PROGRAM_PATH
+                                 " import --quiet $file $name/x || exit 1; done";
         runProgram({"/bin/sh", "-c", loop});
     });
 }

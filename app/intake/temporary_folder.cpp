@@ -35,7 +35,7 @@ void empty(int folder) noexcept {
     while (const dirent* entry = ::readdir(listing)) {
         const std::string_view name = entry->d_name;
         if (name == "." || name == "..") continue;
-        if (::unlinkat(folder, entry->d_name, 0) == 0) continue;
+        if (entry->d_type != DT_DIR && ::unlinkat(folder, entry->d_name, 0) == 0) continue;
         const int inner =
             ::openat(folder, entry->d_name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
         if (inner < 0) continue;
@@ -45,21 +45,28 @@ void empty(int folder) noexcept {
     ::closedir(listing);
 }
 
+bool emptyAt(const char* path) noexcept {
+    const int folder = ::open(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    if (folder < 0) return false;
+    empty(folder);
+    return true;
+}
+
 void remove(const char* path) noexcept {
-    // Another thread may still make a file in it.
+    // Another thread or process may still make a file in it.
     for (int tries = 0; tries < 100; ++tries) {
-        const int folder = ::open(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-        if (folder < 0) return;
-        empty(folder);
-        if (::rmdir(path) == 0) return;
+        if (!emptyAt(path) || ::rmdir(path) == 0) return;
     }
 }
 
 }  // namespace
 
-TemporaryFolder::TemporaryFolder() {
-    const char* chosen = std::getenv("TMPDIR");
-    path_ = std::string(chosen && *chosen ? chosen : "/tmp") + "/intake.XXXXXX";
+TemporaryFolder::TemporaryFolder(const std::string& parent) : path_(parent) {
+    if (path_.empty()) {
+        const char* const chosen = std::getenv("TMPDIR");
+        path_ = chosen && *chosen ? chosen : "/tmp";
+    }
+    path_ += "/intake.XXXXXX";
     const std::lock_guard lock(entriesInUse);
     for (place_ = 0; place_ < entries.size() && entries[place_].used;) ++place_;
     // The paths of files in it have to fit the buffers of the library.
@@ -82,6 +89,8 @@ TemporaryFolder::~TemporaryFolder() {
     remove(path_.c_str());
     entries[place_].used = false;
 }
+
+void emptyFolder(const std::string& path) noexcept { emptyAt(path.c_str()); }
 
 void removeTemporaryFolders() noexcept {
     // Without the lock: the thread that holds it may be the one that ends.

@@ -1,4 +1,5 @@
 #include <fcntl.h>
+#include <sched.h>
 #include <sqlite3.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
@@ -8,6 +9,7 @@
 #include <chrono>
 #include <csignal>
 #include <fstream>
+#include <functional>
 #include <map>
 #include <random>
 #include <set>
@@ -40,12 +42,14 @@ class Batch : public SampleTest {
         writeFile(path(name), bytes);
     }
     // A program of its own; gives its process.
-    pid_t begin(std::vector<std::string> words) const {
+    pid_t begin(
+        std::vector<std::string> words, const std::function<void()>& before = [] {}) const {
         const pid_t child = ::fork();
         if (child != 0) return child;
         const int nothing = ::open(path("told").c_str(), O_WRONLY | O_CREAT | O_APPEND, 0644);
         ::dup2(nothing, STDERR_FILENO);
         if (::chdir(path("").c_str()) != 0) ::_exit(98);
+        before();
         words.insert(words.begin(), {"intake", "batch"});
         std::vector<char*> arguments;
         for (std::string& word : words) arguments.push_back(word.data());
@@ -244,6 +248,19 @@ TEST_F(Batch, ASecondSignalEndsItAtOnce) {
     EXPECT_TRUE(fs::is_empty(temporary()));
 }
 
+TEST_F(Batch, OneThatIsKilledLeavesNoTemporaryFiles) {
+    put("in/large.e00", coverage(200000, "2"));
+    const pid_t process = begin({"--to", "csv", "--jobs", "1", "--out", "out", "in"});
+    ASSERT_NE(workerOf(process), 0);
+    EXPECT_FALSE(fs::is_empty(temporary()));
+    ::kill(process, SIGKILL);
+    EXPECT_EQ(end(process), -SIGKILL);
+    for (int tries = 0; tries < 1000 && !fs::is_empty(temporary()); ++tries) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    EXPECT_TRUE(fs::is_empty(temporary()));
+}
+
 TEST_F(Batch, AKindIsWholeWhereOneOfTheFormatsHoldsIt) {
     for (const char* const name : {"jkstk", "ctry", "pfont"}) {
         put("in/" + std::string(name) + ".e00", fileBytes(sample(std::string(name) + ".e00")));
@@ -376,6 +393,17 @@ TEST_F(Batch, EndsWhereItCannotWrite) {
         EXPECT_EQ(object["outputs"].size(), 0U) << object;
     }
     outcomes("disk/out/report.jsonl");
+    // Where memory for workspaces runs out, they are on the disk.
+    const pid_t process = begin({"--to", "csv", "--out", "other", "in"}, [&] {
+        // All that the test has may be below what is mounted over.
+        const bool mounted = ::unshare(CLONE_NEWNS) == 0 &&
+                             ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+                             ::mount(path("").c_str(), "/mnt", nullptr, MS_BIND, nullptr) == 0 &&
+                             ::mount("none", "/dev/shm", "tmpfs", 0, "size=1g,nr_inodes=9") == 0 &&
+                             ::chdir("/mnt") == 0 && ::setenv("TMPDIR", "/mnt", 1) == 0;
+        if (!mounted) ::_exit(97);
+    });
+    EXPECT_EQ(end(process), 0);
     ::mount("none", path("disk").c_str(), "tmpfs", MS_REMOUNT, "size=20m");
     EXPECT_EQ(batch({"--resume", "--to", "csv", "--out", "disk/out", "in"}), 0);
     EXPECT_EQ(report("disk/out/report.jsonl").size(), 40U);

@@ -13,6 +13,7 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <memory>
 #include <stdexcept>
 #include <vector>
 
@@ -20,6 +21,7 @@
 #include "app/intake/batch/gathered.h"
 #include "app/intake/batch/inputs.h"
 #include "app/intake/batch/journal.h"
+#include "app/intake/batch/memory_folder.h"
 #include "app/intake/batch/meter.h"
 #include "app/intake/batch/places.h"
 #include "app/intake/batch/signals.h"
@@ -41,8 +43,10 @@ constexpr std::size_t kMostPending = 32768;
 // Nothing is handed out before so much time was given to finding large ones.
 constexpr milliseconds kLookAround{300};
 // Lines are kept back until so long after those before, to have many outputs written to the disk at
-// once ...
+// once; longer, up to some seconds, where the disk needs more than a part of the time ...
 constexpr milliseconds kBetweenLines{500};
+constexpr milliseconds kLongestBetweenLines{5000};
+constexpr int kPartsOfTime = 4;
 // ... and nothing is handed out while so many wait.
 constexpr std::size_t kMostBytesKept = 64 << 20;
 
@@ -85,6 +89,13 @@ class UnplacedFolder {
     std::string path_;
 };
 
+// Of what is made and removed again for each input, where many share a disk that is most of it.
+std::unique_ptr<TemporaryFolder> quickFolder(int jobs) {
+    constexpr uint64_t kEach = uint64_t{16} << 20;  // of the workers
+    const std::string folder = memoryFolder(kEach * static_cast<uint64_t>(jobs));
+    return folder.empty() ? nullptr : std::make_unique<TemporaryFolder>(folder);
+}
+
 class Batch {
   public:
     Batch(const BatchOptions& options, Console& console)
@@ -92,11 +103,13 @@ class Batch {
           meter_(console, options.quiet),
           places_(options.formats.empty()),
           inputs_(options_, places_),
+          quick_(quickFolder(options.jobs)),
           syncer_(options.folder),
           journal_(options_, options.report),
           unplaced_(options.folder, options.report),
           gathered_(options_, hiddenName(options.report) + ".gathered"),
-          crew_(options_, options.jobs, {scratch_.path(), unplaced_.path(), gathered_.name()},
+          crew_(options_, options.jobs,
+                {scratch_.path(), quick_ ? quick_->path() : "", unplaced_.path(), gathered_.name()},
                 {signals_.descriptor(), journal_.descriptor(), syncer_.descriptor()},
                 {[this](const Job& job, Reply& reply) { take(job, reply); },
                  [this](Job&& job) { push(std::move(job)); }}) {}
@@ -111,7 +124,8 @@ class Batch {
     void take(const Job& job, Reply& reply);
     void takeMembers(const Job& archive, const std::vector<std::string>& names);
     void wait();
-    void noteSignals();
+    // Tells what becomes of it now, by the first one.
+    void noteSignals(const char* words);
     void writeLines(bool all);
     bool working() const {
         return finding() || (!pending_.empty() && stoppedBy_ == 0) || crew_.busy();
@@ -123,10 +137,11 @@ class Batch {
     Meter meter_;
     Places places_;
     Inputs inputs_;
+    const TemporaryFolder scratch_;
+    const std::unique_ptr<TemporaryFolder> quick_;
     Syncer syncer_;  // before files are open that it is not to hold
     const Signals signals_;
     Journal journal_;
-    const TemporaryFolder scratch_;
     UnplacedFolder unplaced_;
     Gathered gathered_;
     Crew crew_;
@@ -143,6 +158,7 @@ class Batch {
     std::vector<std::string> outputs_;
     std::string linesBeingSynced_;
     Clock::time_point lastLines_;
+    Clock::duration betweenLines_ = kBetweenLines;
 };
 
 void Batch::push(Job job) {
@@ -241,8 +257,10 @@ void Batch::writeLines(bool all) {
         syncer_.done();
         journal_.append(linesBeingSynced_);
         linesBeingSynced_.clear();
+        betweenLines_ = std::clamp<Clock::duration>(kPartsOfTime * (Clock::now() - lastLines_),
+                                                    kBetweenLines, kLongestBetweenLines);
     }
-    const bool due = all || Clock::now() - lastLines_ >= kBetweenLines;
+    const bool due = all || Clock::now() - lastLines_ >= betweenLines_;
     if (lines_.empty() || !due) return;
     lastLines_ = Clock::now();
     linesBeingSynced_.swap(lines_);
@@ -256,24 +274,27 @@ void Batch::wait() {
         {syncer_.busy() ? syncer_.descriptor() : -1, POLLIN, 0},
         {listWaits_ && finding() ? inputs_.descriptor() : -1, POLLIN, 0},
     };
+    const bool more = finding() && !listWaits_ && pending_.size() < kMostPending;
+    // Where all have work, they are heard some replies later, at once.
+    constexpr int kNap = 2;
+    if (!more && crew_.isSupplied()) ::poll(watched.data(), watched.size(), kNap);
     const std::size_t crewAt = watched.size();
     crew_.addTo(watched);
-    const bool more = finding() && !listWaits_ && pending_.size() < kMostPending;
     constexpr int kTick = 100;
     ::poll(watched.data(), watched.size(), more ? 0 : kTick);
     crew_.listen(watched.data() + crewAt);
     crew_.watch();
-    noteSignals();
+    noteSignals("stopping when the files at hand are done; once more ends it at once");
 }
 
-void Batch::noteSignals() {
+void Batch::noteSignals(const char* words) {
     while (const int signal = signals_.take()) {
         if (stoppedBy_ != 0) {
             atOnce_ = true;
             continue;
         }
         stoppedBy_ = signal;
-        meter_.say("stopping when the files at hand are done; once more ends it at once");
+        meter_.say(words);
     }
 }
 
@@ -300,7 +321,7 @@ bool Batch::mergeGathered() {
     while (::waitpid(process, &status, WNOHANG) == 0) {
         pollfd signals{signals_.descriptor(), POLLIN, 0};
         ::poll(&signals, 1, kTick);
-        noteSignals();
+        noteSignals("stopped; what was gathered is put together by --resume");
         if (stoppedBy_ == 0) continue;
         ::kill(process, SIGKILL);
         ::waitpid(process, &status, 0);

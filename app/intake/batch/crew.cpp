@@ -15,7 +15,6 @@
 #include <new>
 #include <stdexcept>
 
-#include "app/intake/batch/finished.h"
 #include "app/intake/batch/report_line.h"
 #include "app/intake/batch/worker.h"
 
@@ -23,8 +22,10 @@ namespace program {
 
 namespace {
 
-// One at hand, and one for when it is done.
+// One at hand, and one for when it is done; more while all of them together are little.
 constexpr std::size_t kJobsAhead = 2;
+constexpr std::size_t kSmallJobsAhead = 16;
+constexpr uint64_t kLittleBytes = 256 << 10;
 
 [[noreturn]] void fail(const std::string& what) {
     const std::string reason = std::strerror(errno);
@@ -62,10 +63,14 @@ Crew::Crew(const BatchOptions& options, int count, const Rooms& folders,
     steps_ = new (shared) std::atomic<uint64_t>[workers_.size()];
     for (std::size_t index = 0; index < workers_.size(); ++index) {
         const std::string name = '/' + std::to_string(index);
-        workers_[index].rooms = {folders.scratch + name, folders.unplaced + name,
-                                 folders.gathered.empty() ? "" : folders.gathered + name + ".gpkg"};
-        std::filesystem::create_directory(workers_[index].rooms.scratch);
-        std::filesystem::create_directory(workers_[index].rooms.unplaced);
+        Rooms& rooms = workers_[index].rooms;
+        rooms.scratch = folders.scratch + name;
+        rooms.unplaced = folders.unplaced + name;
+        if (!folders.quick.empty()) rooms.quick = folders.quick + name;
+        if (!folders.gathered.empty()) rooms.gathered = folders.gathered + name + ".gpkg";
+        for (const std::string& room : {rooms.scratch, rooms.quick, rooms.unplaced}) {
+            if (!room.empty()) std::filesystem::create_directory(room);
+        }
         begin(index);
     }
 }
@@ -117,9 +122,18 @@ void Crew::end(Worker& worker) {
     ::waitpid(worker.process, nullptr, 0);
 }
 
-bool Crew::hasRoom() const {
-    return std::any_of(workers_.begin(), workers_.end(),
-                       [](const Worker& each) { return each.jobs.size() < kJobsAhead; });
+bool Crew::hasRoom() const { return std::any_of(workers_.begin(), workers_.end(), hasRoomFor); }
+
+bool Crew::hasRoomFor(const Worker& worker) {
+    if (worker.jobs.size() < kJobsAhead) return true;
+    uint64_t bytes = 0;
+    for (const Job& job : worker.jobs) bytes += job.stamp.size;
+    return worker.jobs.size() < kSmallJobsAhead && bytes <= kLittleBytes;
+}
+
+bool Crew::isSupplied() const {
+    return std::all_of(workers_.begin(), workers_.end(),
+                       [](const Worker& each) { return each.jobs.size() > kSmallJobsAhead / 2; });
 }
 
 bool Crew::busy() const {
@@ -129,8 +143,10 @@ bool Crew::busy() const {
 
 void Crew::give(Job job) {
     const auto least = std::min_element(
-        workers_.begin(), workers_.end(),
-        [](const Worker& one, const Worker& other) { return one.jobs.size() < other.jobs.size(); });
+        workers_.begin(), workers_.end(), [](const Worker& one, const Worker& other) {
+            const bool hasRoom = hasRoomFor(one);
+            return hasRoom != hasRoomFor(other) ? hasRoom : one.jobs.size() < other.jobs.size();
+        });
     handTo(*least, std::move(job));
 }
 
@@ -175,8 +191,7 @@ void Crew::replace(std::size_t index) {
     const bool timedOut = worker.timedOut;
     std::deque<Job> jobs = std::move(worker.jobs);
     worker.jobs.clear();
-    emptyFolder(worker.rooms.scratch);
-    emptyFolder(worker.rooms.unplaced);
+    emptyFolders(worker.rooms);
     begin(index);
     if (jobs.empty()) return;
     Job guilty = std::move(jobs.front());

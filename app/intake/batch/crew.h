@@ -42,6 +42,8 @@ class Crew {
     bool hasRoom() const;
     void give(Job job);
     bool busy() const;
+    // Whether all have work for some time, so that none waits who is not listened to at once.
+    bool isSupplied() const;
     // Ends those that are at nothing, and waits for it.
     void dismiss();
 
@@ -64,6 +66,7 @@ class Crew {
         bool timedOut = false;
         Rooms rooms;
     };
+    static bool hasRoomFor(const Worker& worker);
     void begin(std::size_t index);
     void end(Worker& worker);
     void replace(std::size_t index);

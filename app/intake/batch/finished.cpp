@@ -62,15 +62,6 @@ uint64_t bytesOf(const std::string& path) {
     return total;
 }
 
-void emptyFolder(const std::string& path) {
-    std::error_code error;
-    for (fs::directory_iterator each(path, error), end; !error && each != end;
-         each.increment(error)) {
-        std::error_code ignored;
-        fs::remove_all(each->path(), ignored);
-    }
-}
-
 int syncPath(const std::string& folder, const std::string& name) {
     const std::string path = folder + '/' + name;
     int failed = syncOne(path);

@@ -15,9 +15,6 @@ void putInPlace(const std::string& from, const std::string& to, const std::strin
 // Of a file, or of all files in a folder.
 uint64_t bytesOf(const std::string& path);
 
-// Removes all that is in a folder.
-void emptyFolder(const std::string& path);
-
 // Has the system write a file or folder to the disk, and the names on the way to it from a folder
 // on. Gives an errno, or 0.
 int syncPath(const std::string& folder, const std::string& name);

@@ -28,6 +28,7 @@
 #include "app/intake/looks_like.h"
 #include "app/intake/module.h"
 #include "app/intake/source.h"
+#include "app/intake/temporary_folder.h"
 #include "formats/formats.h"
 #include "formats/gatherer.h"
 #include "host/qxbase.h"
@@ -65,6 +66,16 @@ std::string datasetNameOf(const std::string& path) {
     return name.size() > kLongest ? "dataset" : name;
 }
 
+constexpr const char* kWorkspace = "/workspace";
+// So many bytes of an input have their workspace in memory.
+constexpr uint64_t kMostInMemory = 1 << 20;
+
+uint64_t expandedBytes(const Source& source) {
+    uint64_t total = 0;
+    for (const Source::Volume& volume : source.volumes()) total += volume.bytes;
+    return total;
+}
+
 // Whether a file has a header line of its own.
 bool beginsFile(const std::string& path) {
     std::string start(80, '\0');
@@ -88,6 +99,8 @@ class Run {
     void measure();
     // False where there is nothing to go on with; without a failure it is another one's volume.
     bool import();
+    // Gives what of it could not be written, or nothing.
+    std::string importTo(const std::string& room, const Source& source);
     void exportAll();
     // False where the format cannot hold such a dataset.
     bool exportTo(const formats::Format& format);
@@ -153,6 +166,16 @@ void Run::gather(const std::string& made) {
     fs::remove(made);
 }
 
+std::string Run::importTo(const std::string& room, const Source& source) {
+    const std::string workspace = room + kWorkspace;
+    fs::create_directory(workspace);
+    told_.hide(workspace + '/');
+    dataset_ = workspace + '/' + (options_.gather ? "dataset" : datasetNameOf(job_.path));
+    const int32_t result = runImport(source, dataset_, true, told_);
+    whole_ = result != 0 && told_.worst() < QX_NONFATAL;
+    return whole_ ? std::string() : refusedWrite();
+}
+
 bool Run::import() {
     SourceOptions given;
     given.file = job_.path;
@@ -166,17 +189,24 @@ bool Run::import() {
         }
         told_.sha256 = sum.digits();
     }
-    const std::string workspace =
-        (options_.formats.empty() ? rooms_.unplaced : rooms_.scratch) + "/workspace";
-    fs::create_directory(workspace);
-    told_.hide(workspace + '/');
-    dataset_ = workspace + '/' + (options_.gather ? "dataset" : datasetNameOf(job_.path));
-    const int32_t result = runImport(source, dataset_, true, told_);
-    if (result == 0 || told_.worst() >= QX_NONFATAL) {
-        whole_ = false;
-        const std::string reason = refusedWrite();
-        if (!reason.empty()) told_.tell("error", "could not write " + reason);
+    std::string refused;
+    if (options_.formats.empty()) {
+        refused = importTo(rooms_.unplaced, source);
+    } else {
+        const uint64_t bytes = source.container().empty() ? told_.size : expandedBytes(source);
+        std::error_code full;
+        const bool little = !rooms_.quick.empty() && bytes <= kMostInMemory &&
+                            fs::create_directory(rooms_.quick + kWorkspace, full);
+        const Told before = told_;
+        refused = importTo(little ? rooms_.quick : rooms_.scratch, source);
+        if (little && !whole_) {
+            // It may be for want of room, of which a disk has more.
+            emptyFolder(rooms_.quick);
+            told_ = before;
+            refused = importTo(rooms_.scratch, source);
+        }
     }
+    if (!refused.empty()) told_.tell("error", "could not write " + refused);
     const bool beginsWell = source.beginsWell();
     if (!beginsWell) {
         whole_ = false;
@@ -356,10 +386,15 @@ Reply Run::reply() {
 
 }  // namespace
 
+void emptyFolders(const Rooms& rooms) {
+    emptyFolder(rooms.scratch);
+    if (!rooms.quick.empty()) emptyFolder(rooms.quick);
+    emptyFolder(rooms.unplaced);
+}
+
 Reply runJob(const Job& job, const BatchOptions& options, const Rooms& rooms) {
     const Reply reply = Run(job, options, rooms).reply();
-    emptyFolder(rooms.scratch);
-    emptyFolder(rooms.unplaced);
+    emptyFolders(rooms);
     return reply;
 }
 

@@ -12,13 +12,17 @@ namespace program {
 // Folders that this worker has for itself, empty between jobs.
 struct Rooms {
     std::string scratch;  // for what nobody is to see
+    std::string quick;    // for little of that, in memory; empty where there is none
     // For outputs before they are put in their place: on the same file system.
     std::string unplaced;
     // The name of its file for what is gathered, below the folder of outputs.
     std::string gathered;
 };
 
-// Both folders are empty again behind it.
+// Removes all that is in the folders.
+void emptyFolders(const Rooms& rooms);
+
+// The folders are empty again behind it.
 Reply runJob(const Job& job, const BatchOptions& options, const Rooms& rooms);
 
 }  // namespace program

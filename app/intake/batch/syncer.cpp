@@ -1,7 +1,6 @@
 #include "app/intake/batch/syncer.h"
 
 #include <fcntl.h>
-#include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -13,6 +12,7 @@
 
 #include "app/intake/batch/finished.h"
 #include "app/intake/batch/message.h"
+#include "app/intake/temporary_folder.h"
 
 namespace program {
 
@@ -44,9 +44,11 @@ int syncAll(const std::string& folder, const std::vector<std::string>& names) {
             Reply reply;
             unpack(message, reply);
             const int error = syncAll(folder, reply.names);
-            if (::write(socket, &error, sizeof error) != sizeof error) ::_exit(0);
+            ::send(socket, &error, sizeof error, MSG_NOSIGNAL);
         }
     }
+    // The batch is over, or was killed and could not clear up.
+    removeTemporaryFolders();
     ::_exit(0);
 }
 
@@ -55,7 +57,6 @@ int syncAll(const std::string& folder, const std::vector<std::string>& names) {
 Syncer::Syncer(const std::string& folder) : folder_(folder) {
     int ends[2] = {-1, -1};
     const bool opened = ::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) == 0;
-    const pid_t parent = ::getpid();
     process_ = opened ? ::fork() : -1;
     if (process_ < 0) {
         const std::string reason = std::strerror(errno);
@@ -64,8 +65,6 @@ Syncer::Syncer(const std::string& folder) : folder_(folder) {
         throw std::runtime_error("could not begin another process: " + reason);
     }
     if (process_ == 0) {
-        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-        if (::getppid() != parent) ::_exit(0);
         ::close(ends[0]);
         serve(ends[1], folder_);
     }

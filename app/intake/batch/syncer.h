@@ -9,7 +9,8 @@
 
 namespace program {
 
-// A process of its own: the system may take its time over it.
+// A process of its own: the system may take its time over it. It outlives one that is killed, and
+// removes the temporary folders that there were when it began.
 class Syncer {
   public:
     explicit Syncer(const std::string& folder);
