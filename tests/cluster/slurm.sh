@@ -98,13 +98,18 @@ wait "${began[slurmd]}" 2>/dev/null || true
 sleep 1
 begin slurmd slurmd -D -f "$SLURM_CONF" -N "$host"
 until_true 60 "slurmd, once more" scontrol show node "$host"
-# ... and what is at work is taken from the node and queued again.
+# ... and what is at work is taken from the node and queued again. What was at work when the daemon was
+# killed may be done by now; then it is one of the tasks that wait.
 requeued=0
-for task in $(squeue -h -t RUNNING -j "$job" -o %i); do
-    if scontrol requeue "$task"; then requeued=$((requeued + 1)); fi
-done
+queue_again() {
+    local task
+    for task in $(squeue -h -t RUNNING -j "$job" -o %i); do
+        if scontrol requeue "$task"; then requeued=$((requeued + 1)); fi
+    done
+    ((requeued > 0))
+}
+until_true 60 "A task at work" queue_again
 echo "$requeued tasks queued again with $(cat out/report.*.jsonl | wc -l) lines written"
-((requeued > 0))
 
 find in -name '*.e00' >list
 sum=$(OUT=out SHARDS=$shards SUM=1 LIST=list INTAKE=$intake \
