@@ -47,14 +47,18 @@ def test_an_exception_of_the_listener_stops_the_import(tmp_path, large):
 
 
 def test_ctrl_c_stops_the_import_and_the_handler_stays(tmp_path, large):
-    handler = signal.getsignal(signal.SIGINT)
-    with pytest.raises(KeyboardInterrupt):
-        intake.import_file(
-            large, tmp_path / "LARGE", lambda message: os.kill(os.getpid(), signal.SIGINT)
-        )
-    with intake.open(tmp_path / "LARGE") as kept:
-        assert len(kept.arcs) < 5000
-    assert signal.getsignal(signal.SIGINT) is handler
+    # What a shell begins in the background has Ctrl-C ignored.
+    before = signal.signal(signal.SIGINT, signal.default_int_handler)
+    try:
+        with pytest.raises(KeyboardInterrupt):
+            intake.import_file(
+                large, tmp_path / "LARGE", lambda message: os.kill(os.getpid(), signal.SIGINT)
+            )
+        with intake.open(tmp_path / "LARGE") as kept:
+            assert len(kept.arcs) < 5000
+        assert signal.getsignal(signal.SIGINT) is signal.default_int_handler
+    finally:
+        signal.signal(signal.SIGINT, before)
 
 
 def test_an_import_within_an_import_is_refused(tmp_path):
